@@ -160,6 +160,8 @@ void AddPress(Asked& asked, Session& session, const AskingPress& press) {
             AddFile(asked, session, *source);
             open = source;
         }
+        asked.files += procedure->choosesFile ? 1 : 0;
+        asked.knownFiles += procedure->choosesFile ? 1 : 0;
     }
 }
 
@@ -179,7 +181,7 @@ void RefuseSurplus(const Context& context, const Asked& asked) {
     const GivenAnswers& given = context.person.AnswersLeft();
     RefuseSurplus("answer", given.questions.size(), Unanswered(asked.questions, contract::AnswerKind::YesNo, 0));
     RefuseSurplus("input", given.inputs.size(), Unanswered(asked.questions, contract::AnswerKind::Text, 0));
-    RefuseSurplus("file", given.files.size(), QStringList(asked.files, "il file dell'origine"),
+    RefuseSurplus("file", given.files.size(), QStringList(asked.files, "il file da importare"),
                   asked.files == 0 ? QStringLiteral(": la sorgente è quella che le impostazioni nominano") : QString());
 }
 
@@ -197,7 +199,7 @@ void RequireAnswered(const Context& context, const Asked& asked) {
             QStringLiteral("%1 (--input TESTO, uno per domanda, o --input-file FILE)").arg(QuotedList(texts)));
     }
     if (static_cast<qsizetype>(given.files.size()) < asked.knownFiles) {
-        missing.append(QStringLiteral("il file dell'origine (--file PERCORSO)"));
+        missing.append(QStringLiteral("il file da importare (--file PERCORSO)"));
     }
     if (!missing.isEmpty() && !context.person.HasPerson()) {
         throw UsageError(QStringLiteral("Manca la risposta a: %1. Non è stato eliminato né scritto nulla.")

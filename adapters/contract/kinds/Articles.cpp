@@ -139,7 +139,8 @@ public:
 
 private:
     void LookAtSource();
-    void SetUnits(const SourceRow& row, TargetRow& target) const;
+    void SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes = nullptr) const;
+    void TellCancelled(const SourceRow& row) const;
     void Claim(const SourceRow& row, const QString& article);
     void LinkSuppliers(const SourceRow& row, const QString& article);
     SupplierLink LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier, bool isFirst) const;
@@ -239,6 +240,10 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
         return Run().Skip(rule);
     }
+    if (const QString rule = declared.cancelled ? declared.cancelled(row) : QString(); !rule.isEmpty()) {
+        TellCancelled(row);
+        return Run().Skip(rule);
+    }
     const Facts facts{declared.code.RequiredText(GetSession(), row)};
     if (declared.there == ArticleThere::Rewritten) {
         Claim(row, facts.code);
@@ -281,6 +286,16 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     Run().Restores(m_last);
     m_last = facts.code;
     return outcome;
+}
+
+void ArticleImporter::TellCancelled(const SourceRow& row) const {
+    const QString article = m_kind->declared.code.Text(GetSession(), row);
+    const QString inUse = Equals(GetSession(), "CDART", article) + QStringLiteral(" AND COALESCE(ARANN, 0) = 0");
+    if (!FillsCodes(Run()) && IdWhere(GetSession(), "ART_ICO", inUse) != 0) {
+        Run().Log(
+            QStringLiteral("ANNULLATA NELL'ORIGINE: %1: l'articolo '%2' non è annullato in Quadrix, e resta com'è")
+                .arg(Run().RowKey(), article));
+    }
 }
 
 /// An article that is there gets the codes that it lacks, and nothing else.

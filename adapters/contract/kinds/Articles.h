@@ -76,6 +76,8 @@ struct Articles {
     /// A condition on the rows that only the run knows, without WHERE; an empty text asks for every row.
     std::function<QString(Session&)> condition = {};
     LeavesOut leavesOut = {};
+    /// The same of a row that the source has cancelled: an article that is there and in use is told.
+    LeavesOut cancelled = {};
     /// Sets what the lines cannot tell, behind them.
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> more = {};
     /// Is shown each row that is not left out, whether its article is written or stays.

@@ -1,7 +1,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 
+#include "adapters/contract/kinds/clearBlanks.h"
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/write/Carrier.h"
 #include "adapters/contract/write/cutTexts.h"
 #include "adapters/contract/write/missingCodes.h"
@@ -194,13 +194,16 @@ public:
         }
     }
     RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        m_parties.TellCancelled();
+        return true;
+    }
 
 private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
     Placement PlaceOf(const SourceRow& row, const SourceIdentity& identity) const;
     RowOutcome Refresh(const SourceRow& row, const Roles& roles);
     void RefreshColumns(const SourceRow& row, const QString& code, const Roles& roles);
-    void ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping, const Roles& roles) const;
     PartyMarks MarksOf(const SourceRow& row, const Roles& roles) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place, const Roles& roles,
                      const Joining& joining) const;
@@ -224,6 +227,10 @@ RowOutcome CounterpartyImporter::Row(const SourceRow& row) {
         return Run().Skip(rule);
     }
     const Roles roles = declared.roles.of(row);
+    if (const QString rule = declared.cancelled ? declared.cancelled(row) : QString(); !rule.isEmpty()) {
+        m_parties.NoteCancelled(roles, row.Text(BareColumns(declared.source.key).first()));
+        return Run().Skip(rule);
+    }
     if (!roles.customer && !roles.supplier && !roles.carrier) {
         Run().Log(QStringLiteral("NÉ CLIENTE NÉ FORNITORE: %1").arg(Run().RowKey()));
         return Run().Skip(QStringLiteral("né cliente né fornitore"));
@@ -275,45 +282,12 @@ void CounterpartyImporter::RefreshColumns(const SourceRow& row, const QString& c
     for (const CounterpartyMapping& mapping : m_kind->mappings) {
         const Mapping& lines = isFurther ? mapping.Role(false) : mapping.Whole();
         lines.Apply(target, GetSession(), row, {code, roles});
-        ClearBlanks(target, row, lines, roles);
+        ClearBlanks(target, GetSession(), row, lines, roles);
     }
     if (m_kind->declared.more) {
         m_kind->declared.more(Run(), row, target);
     }
     target.Update(QStringLiteral("WHERE CDCON = ") + Run().Quoted(code));
-}
-
-/// Columns that a blank of the source does not clear: a counterparty is made with them, whatever the source has.
-bool IsOfCreation(const QString& column) {
-    static const QStringList columns{"CDCON", "COINV", "COCON", "COCLI", "COFOR", "COVET", "COCGE",
-                                     "COFGE", "CONAZ", "COLNG", "COVAL", "COTPF", "DTINS", "USINS"};
-    return columns.contains(column);
-}
-
-bool IsOfRoles(Side side, const Roles& roles) {
-    return side == Side::Both || (side == Side::Customer ? roles.customer : roles.supplier);
-}
-
-/// What lines leave out because the source has nothing, or zero, is cleared: Null, or the zero of a number. A code
-/// that has no translation leaves what there is.
-void CounterpartyImporter::ClearBlanks(TargetRow& target, const SourceRow& row, const Mapping& mapping,
-                                       const Roles& roles) const {
-    const auto clear = [&](const MapLine& line) {
-        if (line.sources.isEmpty() || !IsOfRoles(line.rule.side, roles) || IsOfCreation(line.target) ||
-            !target.Value(line.target).isNull()) {
-            return;
-        }
-        if (std::all_of(line.sources.begin(), line.sources.end(),
-                        [&row](const QString& one) { return row.IsBlank(one); })) {
-            target.Set(line.target, QVariant());
-        } else if (const auto number = mod_ovTools::ReadNumber(row.Value(line.sources.first()));
-                   number == 0.0 && schema::FindTable(Parties)->FindColumn(line.target)->type == DataType::Double) {
-            target.Set(line.target, 0);
-        }
-    };
-    std::for_each(mapping.lines.begin(), mapping.lines.end(), clear);
-    const std::vector<MapLine>& added = AddedLines(GetSession(), mapping);
-    std::for_each(added.begin(), added.end(), clear);
 }
 
 /// Who a row is. Without a code nobody would know it again: neither a second import nor its documents.

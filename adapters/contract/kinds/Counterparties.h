@@ -61,6 +61,8 @@ struct Counterparties {
 
     // What is odd about an origin.
     LeavesOut leavesOut = {};
+    /// The same of a row that the source has cancelled: who is there and in use is told.
+    LeavesOut cancelled = {};
     /// Sets what the lines cannot tell, behind them.
     std::function<void(ImportRun&, const SourceRow&, TargetRow&)> more = {};
     /// Writes what hangs on the counterparty beyond the declaration.

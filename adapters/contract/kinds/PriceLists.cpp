@@ -112,7 +112,7 @@ public:
     PriceImporter(ImportRun& run, std::shared_ptr<const PriceListsKind> kind)
         : Importer(run),
           m_kind(std::move(kind)),
-          m_writer(run) {}
+          m_writer(run, m_kind->declared.source.table) {}
 
     RowOutcome Row(const SourceRow& row) override;
     void EndGroup() override { m_writer.EndSteps(); }

@@ -118,6 +118,8 @@ public:
     const QString& Module() const { return m_account.Result.module; }
     /// How codes and texts are written, as the configuration said when the run began.
     const modImport::FieldCase& Case() const { return m_case; }
+    /// For example "ImportArticoliArca2000".
+    const QString& ProcedureName() const { return m_account.Result.procedure; }
     bool IsSingle() const { return m_single; }
     /// Whether it takes some of the source rows alone: those of a code, those that are wanted, those that an earlier
     /// run has not reached. What it does not meet may well be in the source.

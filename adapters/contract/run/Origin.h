@@ -64,6 +64,7 @@ struct Procedure {
     std::vector<AnswerNeed> asks = {};
     QString confirmation = {}; ///< question that the button starts with; empty for the usual one of the button
     bool opensSource = true;   ///< whether the origin's source is opened for it
+    bool choosesFile = false;  ///< whether it has a file of its own chosen
     bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
     bool takesCode = true;     ///< whether it can be limited to a single code
     QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own

@@ -77,6 +77,11 @@ public:
     /// Logs that the counterparty of a source row and the one with a code become one, unless that was made from the
     /// row.
     void TellMerge(const SourceIdentity& source, const QString& code) const;
+    /// A source row that is left out because it is cancelled; `TellCancelled` follows behind the last one.
+    void NoteCancelled(const Roles& roles, const QString& code);
+    /// Behind the last source row: tells the rows of earlier imports that are cancelled now, while their counterparty
+    /// is not and no row of the run has it in use.
+    void TellCancelled();
     /// CDCON of the counterparty that an earlier import made from the same code: by COCGE for a customer, by COFGE for
     /// a supplier, and by the codes that stand beside them. Where name and numbers are all others it is another
     /// counterparty, of another origin. Empty when there is none, and for a blank code.
@@ -152,6 +157,7 @@ private:
     void KeepOwner(const SourceIdentity& source, bool customer, const QString& party, bool holds);
     void KeepDisplaced(bool customer, const QString& code, const QString& party);
     bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
+    void NoteCancelled(const Party& party);
     void TellTwice(const QString& code) const;
     void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;
 
@@ -165,6 +171,8 @@ private:
     mutable std::optional<HeldCode> m_held; ///< as it was read for the row under way, of which nothing is written yet
     QSet<QString> m_joinedNow;              ///< roles and codes that the run has given to counterparties
     QHash<QString, MetMarks> m_metMarks;    ///< by CDCON, of the rows of the run so far
+    QSet<QString> m_inUse;                  ///< CDCON of which a row of the run is not cancelled
+    std::vector<std::pair<QString, QString>> m_cancelled; ///< CDCON that is not, and the row that is
 };
 
 } // namespace contract

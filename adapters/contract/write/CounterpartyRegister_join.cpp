@@ -38,6 +38,9 @@ QStringList ListsThatAreThere(Session& session, const QString& party, QStringLis
 } // namespace
 
 Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement& place) {
+    if (source.marks.cancelled != true) {
+        m_run.Remember(m_inUse, place.code);
+    }
     const auto party = place.known ? Find(place.code) : std::nullopt;
     Joining joining{.isAgain = place.isAgain};
     if (!party) {
@@ -148,10 +151,43 @@ bool CounterpartyRegister::Revives(const SourceIdentity& source, const Party& pa
     if (differs(source.marks.blocked, party.isBlocked)) {
         m_run.Log(DifferentMark(BlockedWords, m_run.RowKey(), party.code, party.isBlocked, false));
     }
+    if (isAgain && source.marks.cancelled == true) {
+        NoteCancelled(party);
+    }
+    if (isAgain && isFirst && source.marks.blocked == true && !party.isBlocked) {
+        m_run.Log(
+            QStringLiteral("BLOCCATA NELL'ORIGINE: %1: la controparte %2 non è bloccata in Quadrix, e resta com'è")
+                .arg(m_run.RowKey(), party.code));
+    }
     met.cancelled = met.cancelled && source.marks.cancelled.value_or(false);
     m_run.RestoresEntry(m_metMarks, party.code);
     m_metMarks.insert(party.code, met);
     return revives;
+}
+
+void CounterpartyRegister::NoteCancelled(const Roles& roles, const QString& code) {
+    for (const bool customer : {true, false}) {
+        for (const Party& party : HasRole(roles, customer) ? Holders(code, customer) : std::vector<Party>()) {
+            NoteCancelled(party);
+        }
+    }
+}
+
+void CounterpartyRegister::NoteCancelled(const Party& party) {
+    if (!party.isCancelled) {
+        m_cancelled.emplace_back(party.code, m_run.RowKey());
+        m_run.WhenTakenBack([this] { m_cancelled.pop_back(); });
+    }
+}
+
+void CounterpartyRegister::TellCancelled() {
+    for (const auto& [party, row] : m_cancelled) {
+        if (!m_inUse.contains(party)) {
+            m_run.Log(QStringLiteral(
+                          "ANNULLATA NELL'ORIGINE: %1: la controparte %2 non è annullata in Quadrix, e resta com'è")
+                          .arg(row, party));
+        }
+    }
 }
 
 } // namespace contract

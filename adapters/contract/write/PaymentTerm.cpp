@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "sql/mod_ovTools.h"
 
 #include <cmath>
@@ -88,7 +89,11 @@ int CountInstalments(Session& session, const QString& term) {
 }
 
 void WriteInstalments(ImportRun& run, const QString& term, const std::vector<Instalment>& instalments) {
-    if (instalments.empty()) {
+    if (instalments.empty()) { // they may be of another origin
+        TellNoLongerThere(run, QStringLiteral("RATE"), QStringLiteral("pagamento '%1'").arg(term),
+                          run.GetSession().Quadrix.ExecuteCommand(
+                              QStringLiteral("SELECT COUNT(*) FROM %1 WHERE ").arg(run.FullName(Instalments)) +
+                              OfTerm(run, term) + QStringLiteral(" AND ") + OfImports(run.GetSession())));
         return;
     }
     int number = 0;

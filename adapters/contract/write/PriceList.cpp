@@ -87,6 +87,7 @@ ListHead PriceListWriter::Head(const QString& list, const QString& direction, co
         return met->head;
     }
     m_modules.Keep();
+    m_imported.Keep(key);
     ListHead head = KnownHead(list, direction, description, currency);
     if (head.id == 0) {
         head = NewHead(list, direction, description, currency, since);
@@ -368,13 +369,28 @@ void PriceListWriter::EndLists() {
     if (!isAlone) {
         return;
     }
-    std::map<qint64, ListHead> heads; // in the order in which they stand, also in the log
+    for (const auto& [id, code] : ListsToLookAt()) {
+        TellRowsLeft(id, code);
+    }
+}
+
+/// Codes of the lists by RECORD_ID: in the order in which they stand, also in the log.
+std::map<qint64, QString> PriceListWriter::ListsToLookAt() {
+    std::map<qint64, QString> lists;
     for (const MetList& met : std::as_const(m_lists)) {
-        heads.emplace(met.head.id, met.head);
+        lists.emplace(met.head.id, met.head.code);
     }
-    for (const auto& [id, head] : heads) {
-        TellRowsLeft(head);
+    Session& session = m_run.GetSession();
+    for (const QString& own : m_imported.Own()) {
+        if (!m_lists.contains(own)) {
+            const QString code = own.section(u' ', 1);
+            const QString same =
+                Equals(session, "CDLIS", code) + u" AND " + Equals(session, "LTTIP", own.section(u' ', 0, 0));
+            lists.emplace(IdOfCode(session.Quadrix, "LIS_TES", same, "CDLIS", code), code); // 0: it is gone
+        }
     }
+    lists.erase(0);
+    return lists;
 }
 
 void PriceListWriter::EndScales(bool areDeleted) {
@@ -392,12 +408,12 @@ void PriceListWriter::EndScales(bool areDeleted) {
 }
 
 /// Prices whose end has come hold no more: the source may well have put them away.
-void PriceListWriter::TellRowsLeft(const ListHead& list) const {
+void PriceListWriter::TellRowsLeft(qint64 list, const QString& code) const {
     const Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     Recordset rows =
         m_run.GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, LAFIV FROM " + m_run.FullName("LIS_ART") + u" WHERE " +
-                                             Equals("IDTES", list.id) + u" AND " + OfImports(session));
+                                             Equals("IDTES", list) + u" AND " + OfImports(session));
     qint64 left = 0;
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto end = mod_ovTools::ReadDate(rows.Value("LAFIV"));

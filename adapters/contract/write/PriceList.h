@@ -1,6 +1,7 @@
 #pragma once
 
 #include "adapters/contract/run/Emptying.h"
+#include "adapters/contract/write/ImportedLists.h"
 #include "adapters/contract/write/ImportingModules.h"
 
 #include <QSet>
@@ -51,9 +52,11 @@ struct WorkPrice {
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class PriceListWriter {
 public:
-    explicit PriceListWriter(ImportRun& run)
+    /// @param part what tells the parts of a procedure apart; empty where it has one
+    explicit PriceListWriter(ImportRun& run, const QString& part = {})
         : m_run(run),
-          m_modules(run, QStringLiteral("LIS_TES")) {}
+          m_modules(run, QStringLiteral("LIS_TES")),
+          m_imported(run, part) {}
 
     /// Makes sure that the list has its head, and brings name and currency up to date; another currency that it had is
     /// logged. Within one import a list has one currency: a row in another raises `ImportError`.
@@ -77,9 +80,9 @@ public:
     void EndSteps();
     /// Behind the last row of the source: deletes the scales that an earlier import wrote for an article's row and that
     /// `AddScale` has not met, and logs them, as they would go on holding; where rows were given up, which may have
-    /// them, or another module imports prices too, it tells them only. Prices of the lists that were met which hold
-    /// today and have not come it tells too, where no other module imports prices. Nothing in a run that takes some of
-    /// the source rows alone.
+    /// them, or another module imports prices too, it tells them only. Prices which hold today and have not come it
+    /// tells too, where no other module imports prices: those of the lists that were met, and of those that this part of
+    /// the procedure alone has imported earlier. Nothing in a run that takes some of the source rows alone.
     void EndLists();
     /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
     /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
@@ -115,7 +118,8 @@ private:
                        const QString& currency) const;
     void ReadScales(qint64 articleRow);
     void EndScales(bool areDeleted);
-    void TellRowsLeft(const ListHead& list) const;
+    std::map<qint64, QString> ListsToLookAt();
+    void TellRowsLeft(qint64 list, const QString& code) const;
     Steps& StepsOf(qint64 articleRow);
     std::vector<Step> EarlierSteps(qint64 articleRow) const;
     void TellStepGone(qint64 articleRow, const Step& step) const;
@@ -124,6 +128,7 @@ private:
 
     ImportRun& m_run;
     ImportingModules m_modules;
+    ImportedLists m_imported;
     /// A list that this import has met, and the currency of its rows; empty while none has told one.
     void TellWorkGone(const QString& article, const QString& supplier, const QDate& from,
                       const QVariant& quantity) const;

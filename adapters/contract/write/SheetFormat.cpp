@@ -67,6 +67,33 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
+QString FreeFormatCode(ImportRun& run, const SheetFormat& format) {
+    QHash<QString, QString> taken; // code in the source by CDFMT
+    Recordset rows = run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT CDFMT, LMEXT FROM ") +
+                                                        run.FullName(FormatTable) + QStringLiteral(" WHERE ") +
+                                                        Equals(run.GetSession(), "CDART", format.article));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const QString code = row.Text("CDFMT");
+        const QString external = row.Text("LMEXT");
+        const bool isOfMeasures = code == format.code || code.startsWith(format.code + u'-');
+        if (isOfMeasures && external.compare(format.external, Qt::CaseInsensitive) == 0) {
+            return code;
+        }
+        if (!external.isEmpty()) {
+            taken.insert(code.toUpper(), external);
+        }
+    }
+    QString free = format.code;
+    for (int number = 2; taken.contains(free.toUpper()); ++number) {
+        free = QStringLiteral("%1-%2").arg(format.code).arg(number);
+    }
+    if (free != format.code) {
+        run.Log(QStringLiteral("FORMATO RINUMERATO: %1: il formato '%2' di '%3' è di '%4': scritto come '%5'")
+                    .arg(run.RowKey(), format.code, format.article, taken.value(format.code.toUpper()), free));
+    }
+    return free;
+}
+
 QString SearchText(const QString& code, const QString& description) {
     return FirstOf(code + QStringLiteral(" - ") + description, schema::FindTable("ART_ICO")->FindColumn("ARCDR")->size);
 }

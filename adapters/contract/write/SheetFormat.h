@@ -27,6 +27,11 @@ struct SheetFormat {
 /// @param id gets its RECORD_ID; may be null
 RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* id = nullptr);
 
+/// The code for a format of a sheet article that another format of the article, of another code of the source, may
+/// have: the one that it has already, else the format's own, else that with the next free number behind it, which is
+/// logged.
+QString FreeFormatCode(ImportRun& run, const SheetFormat& format);
+
 /// What a sheet article is searched by (ARCDR), as every article: its code and description, at most 100 characters.
 QString SearchText(const QString& code, const QString& description);
 

@@ -277,13 +277,15 @@ RowOutcome SheetImporter::WriteFormat(const SourceRow& row, const QString& artic
         Run().Log(QStringLiteral("FORMATO SENZA MISURE: %1").arg(Run().RowKey()));
         return Run().Skip(QStringLiteral("formato senza misure"));
     }
-    return WriteSheetFormat(Run(), {.article = article,
-                                    .code = qdxProduction::qdxCalcolaCodiceFormatoArticolo(length, width),
-                                    .length = length,
-                                    .width = width,
-                                    .weight = NumberOf(row, "ARPESLOR"),
-                                    .description = row.Text("ARDESART"),
-                                    .external = row.Text("ARCODART")});
+    SheetFormat format{.article = article,
+                       .code = qdxProduction::qdxCalcolaCodiceFormatoArticolo(length, width),
+                       .length = length,
+                       .width = width,
+                       .weight = NumberOf(row, "ARPESLOR"),
+                       .description = row.Text("ARDESART"),
+                       .external = row.Text("ARCODART")};
+    format.code = FreeFormatCode(Run(), format);
+    return WriteSheetFormat(Run(), format);
 }
 
 } // namespace

@@ -33,11 +33,13 @@ const QString OtherMovement = QStringLiteral("M");
 /// What a row moves, in the first unit of the article: below zero for what leaves.
 double QuantityOf(const SourceRow& row) { return NumberOf(row, "MMQTAUM1") * (row.Text("MMFLCASC") == u"-" ? -1 : 1); }
 
-/// The price of the movement's unit, for the first unit of the article.
+/// The price of the movement's unit, for the first unit of the article; a row without a quantity of its own counts in
+/// that one.
 double PriceOf(const SourceRow& row) {
     const double quantity = NumberOf(row, "MMQTAUM1");
+    const double moved = NumberOf(row, "MMQTAMOV");
     const double price = NumberOf(row, "MMPREZZO");
-    return RoundedTo(quantity == 0 ? price : price * NumberOf(row, "MMQTAMOV") / quantity, UnitDecimals);
+    return RoundedTo(quantity == 0 || moved == 0 ? price : price * moved / quantity, UnitDecimals);
 }
 
 double ValueOf(const SourceRow& row) {
@@ -89,7 +91,8 @@ const Mapping& RigaMapping() {
             {"MRQTA", "MMQTAUM1, MMFLCASC", Quantity()},
             {"MRQTI", "MMQTAUM1, MMFLCASC", Quantity()},
             {"MRPRZ", "MMPREZZO, MMQTAMOV, MMQTAUM1",
-             Calculated("la prima colonna per la seconda diviso la terza, arrotondato a 6 decimali", PriceOf)},
+             Calculated("la prima colonna per la seconda diviso la terza, se ci sono; arrotondato a 6 decimali",
+                        PriceOf)},
             {"MRVAL", "MMVALMAG, MMPREZZO, MMQTAMOV, MMQTAUM1, MMFLCASC",
              Calculated("la prima colonna in centesimi, col segno della quantità; se è zero, quantità per prezzo",
                         ValueOf)},
@@ -104,16 +107,19 @@ const Mapping& RigaMapping() {
 
 // --- Movements ----------------------------------------------------------------------------------------------------
 
-/// The movements have their number of the source, unless another movement of the year has it: then the next free one,
-/// which SYS_IMP keeps for later imports.
+/// The movements have their number of the source, unless another movement of the year has it: then the next free one.
+/// SYS_IMP keeps year and number of each in a list of the company, so that a later import finds it whatever day and
+/// number the source gives it then.
 class MovementImporter final : public Importer {
 public:
     explicit MovementImporter(ImportRun& run)
         : Importer(run),
           m_warehouses(run, MvmDett, "MMCODMAG") {}
 
+    void Begin() override;
     RowOutcome Row(const SourceRow& row) override;
     void EndGroup() override;
+    bool End() override;
 
 private:
     struct Movement {
@@ -122,19 +128,46 @@ private:
         QMultiMap<qint64, qint64> rows = {}; ///< that an earlier import wrote and this one has not: number, RECORD_ID
     };
 
+    /// A movement that has a number.
+    struct Numbered {
+        qint64 id = 0; ///< 0: none has it
+        int year = 0;
+        qint64 number = 0;
+        bool isOurs = false; ///< an import has written it, and no row of this run is it
+    };
+
     void BeginMovement(const SourceRow& row);
-    qint64 NumberFor(const SourceRow& row, int year, qint64& known);
-    qint64 FreeNumber(const SourceRow& row, int year, qint64 taken);
+    Numbered WithNumber(int year, qint64 number) const;
+    qint64 Wanted(const SourceRow& row) const;
+    Numbered Known(const SourceRow& row, int year) const;
+    qint64 NumberFor(const SourceRow& row, int year, const Numbered& known);
     qint64 HighestInSource();
+    QString List() const { return Run().FullName("MOV_MAG"); }
+    QString Kept() const {
+        return Equals(GetSession(), "TBNAM", List()) + " AND " + Equals(GetSession(), "TBFLD", Serial);
+    }
+    void Keep(const QString& serial, const QString& number);
     void ReadRows();
 
     Movement m_movement;
     Warehouses m_warehouses;
-    QSet<QString> m_written;              ///< names of the movements of this run
+    QHash<QString, QString> m_numbers;    ///< year and number, as SYS_IMP keeps them, by MMSERIAL
+    QHash<QString, QString> m_serials;    ///< the other way round
+    QSet<qint64> m_written;               ///< RECORD_IDs of the movements of this run
     std::optional<qint64> m_highest = {}; ///< number in the source
 };
 
 QString MovementName(int year, qint64 number) { return QStringLiteral("movimento %1/%2").arg(number).arg(year); }
+
+QString YearAndNumber(int year, qint64 number) { return QStringLiteral("%1/%2").arg(year).arg(number); }
+
+void MovementImporter::Begin() {
+    Recordset rows = GetSession().Quadrix.ExecuteWC("SELECT TBOLD, TBNEW FROM SYS_IMP WHERE " + Kept());
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        m_numbers.insert(row.Text("TBOLD"), row.Text("TBNEW"));
+        m_serials.insert(row.Text("TBNEW"), row.Text("TBOLD"));
+    }
+}
 
 RowOutcome MovementImporter::Row(const SourceRow& row) {
     Session& session = GetSession();
@@ -170,49 +203,92 @@ void MovementImporter::BeginMovement(const SourceRow& row) {
     TargetRow head(Run(), "MOV_MAG");
     MovimentoMapping().Apply(head, GetSession(), row, {});
     const int year = head.Value("MMANN").toInt();
-    qint64 known = 0;
+    const Numbered known = Known(row, year);
     const qint64 number = NumberFor(row, year, known);
     head.Set("MMNUM", number);
     head.Set("MMMAG", m_warehouses.CodeOf(row.Text("MMCODMAG")));
     head.Set("MMTPM", row.Text("MMFLCASC") == u"+" ? schema::defaults::LoadMovement : OtherMovement);
-    if (known == 0) {
+    if (known.id == 0) {
         head.Insert();
         m_movement = {Run().LastId("MOV_MAG"), MovementName(year, number)};
     } else {
-        head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
-        m_movement = {known, MovementName(year, number)};
+        head.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known.id));
+        m_movement = {known.id, MovementName(year, number)};
         ReadRows();
     }
-    Run().Remember(m_written, m_movement.name);
+    Run().Remember(m_written, m_movement.id);
+    Keep(row.Text(Serial), YearAndNumber(year, number));
 }
 
-/// @param known gets the RECORD_ID of the movement where an earlier import wrote it; else 0
-qint64 MovementImporter::NumberFor(const SourceRow& row, int year, qint64& known) {
-    Session& session = GetSession();
-    const QString kept = modImport::GetNewCode(session, MvmMast, Serial, row.Text(Serial), false);
-    const qint64 number = kept.isEmpty() ? static_cast<qint64>(NumberOf(row, "MMNUMREG")) : kept.toLongLong();
-    const Recordset found =
-        session.Quadrix.ExecuteWC("SELECT RECORD_ID, MMINV, USINS FROM " + Run().FullName("MOV_MAG") + " WHERE " +
-                                  Equals("MMANN", year) + " AND " + Equals("MMNUM", number));
+/// Has SYS_IMP say which movement one of the source is. Another one that it said so of is gone, as by a reset.
+void MovementImporter::Keep(const QString& serial, const QString& number) {
+    const QString before = m_numbers.value(serial);
+    const QString other = m_serials.value(number);
+    if (before == number && other == serial) {
+        return;
+    }
+    if (!other.isEmpty() && other != serial) {
+        Run().DeleteRows("SYS_IMP", Kept() + " AND " + Equals(GetSession(), "TBOLD", other));
+        Run().RestoresEntry(m_numbers, other);
+        m_numbers.remove(other);
+    }
+    StoreNewCode(Run(), List(), Serial, serial, number);
+    Run().RestoresEntry(m_numbers, serial);
+    m_numbers.insert(serial, number);
+    if (m_serials.value(before) == serial) {
+        Run().RestoresEntry(m_serials, before);
+        m_serials.remove(before);
+    }
+    Run().RestoresEntry(m_serials, number);
+    m_serials.insert(number, serial);
+}
+
+MovementImporter::Numbered MovementImporter::WithNumber(int year, qint64 number) const {
+    const Recordset found = GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID, MMINV, USINS FROM " + List() + " WHERE " +
+                                                           Equals("MMANN", year) + " AND " + Equals("MMNUM", number));
     if (found.Eof()) {
-        return number;
+        return {};
     }
     const SourceRow movement(found);
-    const bool isOurs = movement.Text("USINS") == schema::defaults::ImportUser && NumberOf(movement, "MMINV") == 0;
-    if (isOurs && !m_written.contains(MovementName(year, number))) {
-        known = movement.Value("RECORD_ID").toLongLong();
-        return number;
-    }
-    return FreeNumber(row, year, number);
+    const qint64 id = movement.Value("RECORD_ID").toLongLong();
+    const bool isImported = movement.Text("USINS") == schema::defaults::ImportUser && NumberOf(movement, "MMINV") == 0;
+    return {id, year, number, isImported && !m_written.contains(id)};
 }
 
-qint64 MovementImporter::FreeNumber(const SourceRow& row, int year, qint64 taken) {
+/// The number that was given to a movement whose own was taken, else that of the source.
+qint64 MovementImporter::Wanted(const SourceRow& row) const {
+    const QString given = modImport::GetNewCode(GetSession(), MvmMast, Serial, row.Text(Serial), false);
+    return given.isEmpty() ? static_cast<qint64>(NumberOf(row, "MMNUMREG")) : given.toLongLong();
+}
+
+/// The movement that an earlier import has written of it: as SYS_IMP keeps it, else, of a release that did not keep all
+/// of them, the one of its number that no other one of the source is.
+MovementImporter::Numbered MovementImporter::Known(const SourceRow& row, int year) const {
+    Numbered movement;
+    if (const QString kept = m_numbers.value(row.Text(Serial)); !kept.isEmpty()) {
+        movement = WithNumber(kept.section(u'/', 0, 0).toInt(), kept.section(u'/', 1).toLongLong());
+    }
+    if (const qint64 wanted = Wanted(row); !movement.isOurs && !m_serials.contains(YearAndNumber(year, wanted))) {
+        movement = WithNumber(year, wanted);
+    }
+    return movement.isOurs ? movement : Numbered();
+}
+
+/// One that is there goes on having its number as long as another one has that of the source.
+qint64 MovementImporter::NumberFor(const SourceRow& row, int year, const Numbered& known) {
+    const qint64 wanted = Wanted(row);
+    if (const qint64 holder = WithNumber(year, wanted).id; holder == 0 || holder == known.id) {
+        return wanted;
+    }
+    if (known.id != 0 && known.year == year) {
+        return known.number;
+    }
     const QString ofYear = QStringLiteral("WHERE ") + Equals("MMANN", year);
     const qint64 highest = GetSession().Quadrix.GetMaxValue("MOV_MAG", "MMNUM", ofYear).toLongLong();
     const qint64 number = std::max(highest, HighestInSource()) + 1;
     StoreNewCode(Run(), MvmMast, Serial, row.Text(Serial), QString::number(number));
     Run().Log(QStringLiteral("NUMERO DI MOVIMENTO OCCUPATO: %1: il %2 è di un altro, prende il numero %3")
-                  .arg(Run().RowKey(), MovementName(year, taken))
+                  .arg(Run().RowKey(), MovementName(year, wanted))
                   .arg(number));
     return number;
 }
@@ -242,6 +318,24 @@ void MovementImporter::EndGroup() {
     m_movement = {};
 }
 
+/// Movements that the source has deleted, or that move nothing any more: what they moved still counts.
+bool MovementImporter::End() {
+    if (Run().IsPart()) {
+        return true;
+    }
+    Recordset movements = GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID, MMANN, MMNUM FROM " + List() +
+                                                         " WHERE COALESCE(MMINV, 0) = 0 AND " +
+                                                         OfImports(GetSession()) + " ORDER BY RECORD_ID");
+    for (const SourceRow row(movements); !movements.Eof(); movements.MoveNext()) {
+        if (!m_written.contains(row.Value("RECORD_ID").toLongLong())) {
+            TellNotMetAgain(
+                Run(), QStringLiteral("MOVIMENTI"),
+                MovementName(static_cast<int>(NumberOf(row, "MMANN")), static_cast<qint64>(NumberOf(row, "MMNUM"))), 1);
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 Procedure Movimenti() {
@@ -249,6 +343,7 @@ Procedure Movimenti() {
     needs.reads.push_back({MvmDett, {"MMCODMAG"}});
     needs.codes.push_back({.list = MvmMast, .field = Serial, .table = "MOV_MAG", .column = "MMNUM"});
     needs.writes = StockNeeds() + std::vector<TableNeed>{{"MOV_MAG", {"MMCAM"}},
+                                                         {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}},
                                                          {"MOV_MAR", {"MRCAM"}},
                                                          LookedUp("MAG_AZZ", {"CDMAG"}),
                                                          {"ART_ICO", {"CDART", "ARDES", "ARUMS"}}};

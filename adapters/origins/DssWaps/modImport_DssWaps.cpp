@@ -163,9 +163,12 @@ Rule SecondLine() {
 }
 
 QString NoParty(const SourceRow& row) {
-    if (!QStringList{"C", "F"}.contains(row.Text("TIPO"), Qt::CaseInsensitive)) {
-        return QStringLiteral("conto che non è di cliente né di fornitore");
-    }
+    return QStringList{"C", "F"}.contains(row.Text("TIPO"), Qt::CaseInsensitive)
+               ? QString()
+               : QStringLiteral("conto che non è di cliente né di fornitore");
+}
+
+QString Cancelled(const SourceRow& row) {
     return row.Text("ANNULL").compare(u"A", Qt::CaseInsensitive) == 0 ? QStringLiteral("conto annullato") : QString();
 }
 
@@ -217,6 +220,7 @@ Counterparties Controparti() {
         .numbers = {.office = "TEL1", .office2 = "TEL2", .fax = "FAX", .mobile = "CELL", .mail = "EMAIL"},
         .branches = {Destinazioni()},
         .leavesOut = NoParty,
+        .cancelled = Cancelled,
         .more = Complete,
         .further = {{}, {{Pianoc, {"ANNULL"}}}, {}},
     };

@@ -148,7 +148,7 @@ Counterparties PartiesOf(const Party& party) {
         .numbers =
             {.office = "TELE1", .office2 = "TELE2", .fax = "TELFX", .mobile = "CELLU", .mail = "EMAIL", .web = "SITWB"},
         .empties = party.empties,
-        .leavesOut =
+        .cancelled =
             [](const SourceRow& row) { return IsCancelled(row) ? QStringLiteral("riga annullata") : QString(); },
         .more = SetIban,
         .further = {{}, {{party.table, {}, {"ATREC"}}}, {}},

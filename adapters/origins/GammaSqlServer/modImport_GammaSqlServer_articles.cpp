@@ -104,6 +104,24 @@ ChildTable CodesOf(const QString& where) {
     return OfArticle(Artclifor, "MG73", "MG73_TIPOCF_CG44, MG73_CLIFOR_CG44", where);
 }
 
+ChildTable Languages() {
+    return OfArticle(Artdesc, "MG87", "MG87_LINGUA_MG52",
+                     "MG87_LINGUA_MG52 <> '' AND (MG87_OPZIONE_MG5E = '' OR MG87_OPZIONE_MG5E IS NULL)");
+}
+
+Field Language() { return {"MG87_LINGUA_MG52", TranslatedOrKnown(Artdesc, "MG87_LINGUA_MG52", "TAB_LNG")}; }
+
+/// Long descriptions in other languages.
+void WriteLongTexts(ImportRun& run, const SourceRow& row, const QString& article) {
+    Session& session = run.GetSession();
+    Languages().ForEach(session, row, [&](const SourceRow& text) {
+        const QString language = Language().Text(session, text);
+        if (!language.isEmpty() && !text.IsBlank("MG87_DESCARTEST")) {
+            ArticleWriter(run).Text(article, "ARDEC", text.Text("MG87_DESCARTEST"), language);
+        }
+    });
+}
+
 /// What the article itself tells, for one of its suppliers.
 Field OfItsArticle(const QString& columns, const Rule& rule) {
     const ChildTable article{.table = Anagrart,
@@ -174,13 +192,10 @@ Articles Articoli() {
         .aliases = {{.rows = CodesOf("MG73_TIPOCF_CG44 = 0"),
                      .code = "MG73_CODARTCF",
                      .counterparty = {"MG73_CLIFOR_CG44", KnownCustomer()}}},
-        .languages = {{.rows = OfArticle(Artdesc, "MG87", "MG87_LINGUA_MG52",
-                                         "MG87_LINGUA_MG52 <> '' AND (MG87_OPZIONE_MG5E = '' OR MG87_OPZIONE_MG5E IS "
-                                         "NULL)"),
-                       .language = {"MG87_LINGUA_MG52", TranslatedOrKnown(Artdesc, "MG87_LINGUA_MG52", "TAB_LNG")},
-                       .text = "MG87_DESCART"}},
+        .languages = {{.rows = Languages(), .language = Language(), .text = "MG87_DESCART"}},
         .more = SetPrice,
-        .further = PriceNeeds(),
+        .after = WriteLongTexts,
+        .further = PriceNeeds() + Needs{{}, {{Artdesc, {}, {"MG87_DESCARTEST"}}}, {}},
     };
 }
 

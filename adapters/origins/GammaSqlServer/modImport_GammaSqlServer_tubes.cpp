@@ -21,12 +21,17 @@ const QString Tubes = QStringLiteral("TUBOLARI"); ///< what the page calls the f
 const QStringList Columns{"CODICE",   "DESCRIZIONE", "PROFILO", "DIM_A",     "DIM_B",
                           "SPESSORE", "LUNGHEZZA",   "PESO_ML", "MATERIALE", "COSTO"};
 
-/// Kilograms of a tube: weight of a metre by a length in millimetres.
+/// Kilograms of a tube: weight of a metre by a length in millimetres. Without one of them nobody knows it.
 Rule TubeWeight() {
-    return {"peso al metro (prima colonna) per la lunghezza in mm diviso 1000; arrotondato a 3 decimali",
-            [](const RuleInput& input) {
+    return {"peso al metro (prima colonna) per la lunghezza in mm diviso 1000; arrotondato a 3 decimali; niente se una "
+            "delle due è vuota",
+            [](const RuleInput& input) -> RuleValue {
+                const auto isBlank = [&input](const QString& column) { return input.row.IsBlank(column); };
+                if (std::any_of(input.columns.begin(), input.columns.end(), isBlank)) {
+                    return std::nullopt;
+                }
                 const double weight = NumberOf(input.row, input.columns.first());
-                return RuleValue(RoundedTo(weight * NumberOf(input.row, input.columns.last()) / 1000, 3));
+                return RoundedTo(weight * NumberOf(input.row, input.columns.last()) / 1000, 3);
             }};
 }
 
@@ -80,6 +85,14 @@ const Mapping& TubeMapping() {
     return mapping;
 }
 
+/// The mark-up of the price that an article has over the cost of now.
+void SetMarkUpOver(ImportRun& run, const QString& article, TargetRow& target) {
+    const QString price = LookUp(run.GetSession(), "ART_ICO", "CDART", article, "ARPRZ");
+    if (!price.isEmpty() && target.Value("ARCOS").isValid()) {
+        target.Set("ARRIC", MarkUpOf(mod_ovTools::ToDouble(price), target.Value("ARCOS").toDouble()));
+    }
+}
+
 /// What a new article has beside: one that is there keeps its own.
 void SetUsual(TargetRow& article) {
     article.Set("ARUMS", schema::defaults::Unit);
@@ -118,17 +131,15 @@ RowOutcome ImportTube(ImportRun& run, const SourceRow& row) {
     }
     const bool isThere = IsThere(session, "ART_ICO", "CDART", article);
     const ArticleWriter writer(run);
-    const RowOutcome outcome = writer.Write(TubeMapping(), row, {article}, [isThere](TargetRow& target) {
-        if (!isThere) {
-            SetUsual(target);
-        }
+    const RowOutcome outcome = writer.Write(TubeMapping(), row, {article}, [&](TargetRow& target) {
+        isThere ? SetMarkUpOver(run, article, target) : SetUsual(target);
     });
     writer.Texts(article, row.Text("DESCRIZIONE"));
     return outcome;
 }
 
 std::vector<TableNeed> TubeWrites() {
-    return std::vector<TableNeed>{{"ART_ICO", TubeMapping().TargetColumns()},
+    return std::vector<TableNeed>{{"ART_ICO", TubeMapping().TargetColumns() + QStringList{"ARPRZ", "ARRIC"}},
                                   {"TAB_PRF", ProfileMapping().TargetColumns()}} +
            ArticleNeeds();
 }
@@ -157,7 +168,7 @@ void ImportTubolari(Session& session, const QString& singleCode, bool /*reset*/)
         const auto choose =
             sourceSettings::TextFile("File CSV dei tubolari", "File CSV (*.csv)|*.csv|Tutti i file (*.*)|*.*");
         if (!choose(session, file)) {
-            return;
+            throw GivenUpByOperator();
         }
         file.OpenConnection();
         run.Preflight({{}, {}, TubeWrites()});
@@ -188,6 +199,7 @@ Procedure Tubolari() {
             .needs = needs,
             .confirmation = "Importare i tubolari da un file CSV?",
             .opensSource = false,
+            .choosesFile = true,
             .asksReset = false};
 }
 

@@ -126,15 +126,56 @@ Rule Receives() {
             }};
 }
 
+/// A customer pays split tax by his options, or by himself.
+Rule SplitPayment() {
+    const Rule flag = Flag();
+    return {flag.text + QStringLiteral("; anche se lo è SplitTax di MA_CustSupp"),
+            [flag](const RuleInput& input) {
+                const auto isSet = [&](const QString& column) {
+                    return Field(column, flag).Value(input.session, input.row).toBool();
+                };
+                return RuleValue(isSet(input.columns.first()) || isSet(QStringLiteral("SplitTax")));
+            },
+            Side::Both,
+            {{CustSupp, {}, {"SplitTax"}}}};
+}
+
+const Rule& TaxFree() {
+    static const Rule rule = ExemptVat(CustSupp, "TaxCode");
+    return rule;
+}
+
+bool SaysNotExempt(const SourceRow& row) { return row.Text("ExemptFromTax") == u"0"; }
+
+/// The code (last column) of a customer whose flag (first column) does not say that he pays tax.
+Rule Exemption() {
+    return {TaxFree().text + QStringLiteral("; niente se il flag è \"0\""),
+            [](const RuleInput& input) -> RuleValue {
+                return SaysNotExempt(input.row)
+                           ? std::nullopt
+                           : TaxFree().apply({input.session, input.row, {input.columns.last()}, input.facts});
+            },
+            TaxFree().side, TaxFree().reads};
+}
+
 // --- Hooks --------------------------------------------------------------------------------------------------------
 
-/// Adds the IBAN, and tells who is exempt and has no code without tax; of one who is there the code is not looked at.
+/// Adds the IBAN, and tells who is exempt and has no code without tax, or has one and is not exempt; of one who is
+/// there the code is not looked at.
 void CompleteCustomer(ImportRun& run, const SourceRow& row, TargetRow& target) {
     SetIban(run, row, target);
-    const bool isNew = target.Value("CORAS").isValid();
-    const bool isExempt = Field("ExemptFromTax", Flag()).Value(run.GetSession(), row).toBool();
-    if (isNew && isExempt && !target.Value("COESE").isValid()) {
+    if (!target.Value("CORAS").isValid()) {
+        return;
+    }
+    Session& session = run.GetSession();
+    const bool isExempt = Field("ExemptFromTax", Flag()).Value(session, row).toBool();
+    if (isExempt && !target.Value("COESE").isValid()) {
         run.Log(QStringLiteral("ESENTE SENZA CODICE: %1: TaxCode '%2' non è un codice IVA ad aliquota zero")
+                    .arg(run.RowKey(), row.Text("TaxCode")));
+    }
+    if (SaysNotExempt(row) && !Field("TaxCode", TaxFree()).Text(session, row).isEmpty()) {
+        run.Log(QStringLiteral("CODICE DI ESENZIONE NON USATO: %1: TaxCode '%2', ma ExemptFromTax dice che non è "
+                               "esente")
                     .arg(run.RowKey(), row.Text("TaxCode")));
     }
 }
@@ -297,14 +338,14 @@ Counterparties Clienti() {
         {"COZON", "Area", Coded("Area")},
         {"COAGE", "Salesperson", Coded("Salesperson")},
         {"COAG2", "AreaManager", Coded("AreaManager")},
-        {"COESE", "TaxCode", ExemptVat(CustSupp, "TaxCode")},
+        {"COESE", "ExemptFromTax, TaxCode", Exemption()},
         {"COMAS", "GoodsOffset", CustomerOnly(NotBlank(Text()))},
         {"COBLK", "Blocked", Flag()},
         {"COFID", "MaximumCredit", RoundedTo(2)},
         {"COMXO", "MaxOrderValue", RoundedTo(2)},
         {"COCLC", "CustomerClassification", Coded("CustomerClassification")},
         {"CORGS", "OneInvoicePerDN", NotBlank(Choice({{"1", "N"}}, "S"))},
-        {"COSPP", "PASplitPayment", Flag()},
+        {"COSPP", "PASplitPayment", SplitPayment()},
         {"COINT", "DeclarationOfIntentNo", NotBlank(Text())},
         {"COINI", "DeclarationOfIntentDate", DayThere()},
         {"CONRI", "DeclarationOfIntentOurNo", NotBlank(Text())},

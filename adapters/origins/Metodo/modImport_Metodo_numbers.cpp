@@ -2,7 +2,9 @@
 
 #include "adapters/origins/Metodo/modImport_Metodo.h"
 
+#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
+#include "core/schemaDefaults.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -32,13 +34,13 @@ Needs AddressNeeds() { return {{}, {{Anagrafica, {}, {"TELEX", "INDIRIZZOINTERNE
 
 namespace {
 
-/// What a counterparty has under a label; where the source has nothing for it, it stays as it is.
+/// What a counterparty has under a label.
 struct Labelled {
     QString table;
     QString labelColumn;
     QString label;
     QString valueColumn;
-    QString text;   ///< of the source
+    QString text;   ///< of the source; empty: it has none
     QString stored; ///< as the table holds it
 };
 
@@ -48,13 +50,10 @@ std::vector<Labelled> LabelledOf(const SourceRow& row) {
     const auto number = [](const QString& label, const QString& text) {
         return Labelled{"NUM_TEL", "NRDES", label, "NRNUM", text, StoredNumber(text)};
     };
-    std::vector<Labelled> all{
-        number("Ufficio", row.Text("TELEFONO")),
-        number("Telex", IsMail(telex) ? QString() : telex),
-        number("Fax (uff.)", row.Text("FAX")),
-        {"IND_WEB", "WBDES", "Indirizzo Web", "WBIND", IsMail(web) ? QString() : web, WithoutSeparators(web)}};
-    std::erase_if(all, [](const Labelled& one) { return one.text.isEmpty(); });
-    return all;
+    return {number("Ufficio", row.Text("TELEFONO")),
+            number("Telex", IsMail(telex) ? QString() : telex),
+            number("Fax (uff.)", row.Text("FAX")),
+            {"IND_WEB", "WBDES", "Indirizzo Web", "WBIND", IsMail(web) ? QString() : web, WithoutSeparators(web)}};
 }
 
 /// The condition of the rows of a label of a counterparty.
@@ -63,17 +62,43 @@ QString RowsOf(const Session& session, const QString& party, const Labelled& lab
            Equals(session, labelled.labelColumn, labelled.label);
 }
 
-/// Whether the one value under the label is that of the source.
-bool IsAligned(ImportRun& run, const QString& party, const Labelled& labelled) {
-    Session& session = run.GetSession();
-    Recordset rows =
-        session.Quadrix.ExecuteWC("SELECT " + labelled.valueColumn + " FROM " + run.FullName(labelled.table) +
-                                  " WHERE " + RowsOf(session, party, labelled));
+QStringList ValuesOf(ImportRun& run, const Labelled& labelled, const QString& where) {
+    Recordset rows = run.GetSession().Quadrix.ExecuteWC("SELECT " + labelled.valueColumn + " FROM " +
+                                                        run.FullName(labelled.table) + " WHERE " + where);
     QStringList values;
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         values.append(row.Text(labelled.valueColumn));
     }
-    return values == QStringList{labelled.stored};
+    return values;
+}
+
+/// Whether further codes of the source are the counterparty too: they may have what one of them has not.
+bool HasFurtherCodes(Session& session, const QString& party) {
+    return session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM SYS_IMP WHERE " +
+                                          Equals(session, "TBNAM", JoinedPartyList(session)) + " AND " +
+                                          Equals(session, "TBNEW", party)) != 0;
+}
+
+/// Whether the one value under the label is that of the source.
+bool IsAligned(ImportRun& run, const QString& party, const Labelled& labelled) {
+    return ValuesOf(run, labelled, RowsOf(run.GetSession(), party, labelled)) == QStringList{labelled.stored};
+}
+
+/// A number that the source has no more goes, where an import has written it and nobody has been at it since.
+/// @return whether there was one
+bool Remove(ImportRun& run, const QString& party, const Labelled& labelled) {
+    Session& session = run.GetSession();
+    const QString where = RowsOf(session, party, labelled) + " AND " + OfImports(session) + " AND (USMDF IS NULL OR " +
+                          Equals(session, "USMDF", schema::defaults::ImportUser) + ")";
+    const QStringList values = ValuesOf(run, labelled, where);
+    if (values.isEmpty() || HasFurtherCodes(session, party)) {
+        return false;
+    }
+    for (const QString& value : values) {
+        run.Log(QStringLiteral("RECAPITO TOLTO: %1: %2 '%3', l'origine non ce l'ha più")
+                    .arg(run.RowKey(), labelled.label, value));
+    }
+    return run.DeleteRows(labelled.table, where) != 0;
 }
 
 /// Who is customer and supplier has the numbers of both: what is there stays.
@@ -94,7 +119,12 @@ RowOutcome Riallinea(ImportRun& run, const SourceRow& row) {
     CounterpartyWriter writer(run, {});
     const qint64 before = run.WrittenRows("NUM_TEL") + run.WrittenRows("IND_WEB");
     const bool keeps = IsBoth(session, party);
+    bool hasRemoved = false;
     for (const Labelled& labelled : LabelledOf(row)) {
+        if (labelled.text.isEmpty()) {
+            hasRemoved = (!keeps && Remove(run, party, labelled)) || hasRemoved;
+            continue;
+        }
         if (IsAligned(run, party, labelled)) {
             continue;
         }
@@ -110,7 +140,7 @@ RowOutcome Riallinea(ImportRun& run, const SourceRow& row) {
     }
     WriteAddresses(run, writer, row, {"CON_TRO", party, true});
     const bool changed = run.WrittenRows("NUM_TEL") + run.WrittenRows("IND_WEB") != before;
-    return changed ? RowOutcome::Updated : run.Skip("numeri già allineati");
+    return changed || hasRemoved ? RowOutcome::Updated : run.Skip("numeri già allineati");
 }
 
 } // namespace

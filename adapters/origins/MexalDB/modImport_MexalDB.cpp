@@ -249,14 +249,17 @@ ImportPart Destinazioni() {
 
 Rule Article() { return ArticleCode(Anagrafiche, "CKY_ART"); }
 
+QString Cancelled(const SourceRow& row) {
+    return row.Text("IFL_ART_CANC").compare(u"N", Qt::CaseInsensitive) == 0
+               ? QString()
+               : QStringLiteral("articolo cancellato (IFL_ART_CANC)");
+}
+
 Articles Articoli() {
     const ChildTable stock = OfArticle("AB_UBICAZIONI", "NKY_DEP = 1");
     return {
         .frame = {.module = Module, .procedure = "ImportArticoliMexalDB"},
-        .source = {.table = Anagrafiche,
-                   .key = "CKY_ART",
-                   .order = "CKY_ART",
-                   .where = "IFL_ART_CANC = 'N' AND IST_ART = 'A'"},
+        .source = {.table = Anagrafiche, .key = "CKY_ART", .order = "CKY_ART", .where = "IST_ART = 'A'"},
         .code = {"CKY_ART", Article()},
         .description = "CDS_ART, CDS_AGGIUN_ART",
         .lines =
@@ -288,8 +291,9 @@ Articles Articoli() {
             .language = {"NKY_LIN", TranslatedOrKnown("AH_DES_ART_LINGUA", "NKY_LIN", "TAB_LNG")},
             .text = "CDS_ART_LIN",
         }},
+        .cancelled = Cancelled,
         .more = SetMarkUp,
-        .further = {{}, {}, {{"ART_ICO", {"ARRIC"}}}},
+        .further = {{}, {{Anagrafiche, {"IFL_ART_CANC"}}}, {{"ART_ICO", {"ARRIC"}}}},
     };
 }
 

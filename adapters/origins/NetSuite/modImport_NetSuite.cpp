@@ -148,7 +148,7 @@ Counterparties ContropartiClienti() {
                 {"COSPP", "FLSPL", Noted()},
             },
         .numbers = {.office = "NTECL", .fax = "FAXCL", .mail = "EMAIL"},
-        .leavesOut = Cancelled,
+        .cancelled = Cancelled,
         .further = ReadsState(Clienti),
     };
 }
@@ -187,7 +187,7 @@ Counterparties ContropartiFornitori() {
             },
         .numbers = {.office = "NTEFO", .fax = "FAXFO", .mail = "EMAIL"},
         .empties = false,
-        .leavesOut = Cancelled,
+        .cancelled = Cancelled,
         .further = ReadsState(Fornitori),
     };
 }
@@ -225,7 +225,7 @@ Articles Articoli() {
                        .price = {"CSSTD, CSULT", FirstNotZero()},
                        .leadDays = "GGAPP",
                        .lot = "LTRIO"}},
-        .leavesOut = Cancelled,
+        .cancelled = Cancelled,
         .more = SetMarkUp,
         .further = ReadsState(Parti),
     };

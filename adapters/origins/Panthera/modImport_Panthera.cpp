@@ -89,8 +89,10 @@ Rule OutsideSupplier() {
 
 // --- Bills --------------------------------------------------------------------------------------------------------
 
+/// A model that does not tell its kind is one of production.
 QString OfOtherKind(const SourceRow& row) {
-    return row.Text("TIPO_MODELLO").compare(u"P", Qt::CaseInsensitive) == 0
+    const QString kind = row.Text("TIPO_MODELLO");
+    return kind.isEmpty() || kind.compare(u"P", Qt::CaseInsensitive) == 0
                ? QString()
                : QStringLiteral("modello che non è di produzione (TIPO_MODELLO)");
 }
@@ -169,7 +171,7 @@ PriceLists ListsOf(const ListTables& tables) {
                               .isOptional = false}}},
         .article = {"R_ARTICOLO", Article()},
         .prices = {{
-            .list = "ID_LISTINO",
+            .list = {"ID_LISTINO", Or(Translated(tables.lists, "ID_LISTINO"), Text())},
             .owner = {tables.party, tables.owner},
             .direction = Fixed(tables.direction),
             .description = "DESCRIZIONE",
