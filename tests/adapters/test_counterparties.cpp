@@ -129,6 +129,37 @@ private slots:
                                            "'aggiorna' né 'nuovo'"));
     }
 
+    /// What is not an Italian account has no IBAN: one cut to it would pass every check and be somebody else's.
+    void MakesIbans_data() {
+        Columns<QString, QString, QString, QString, QString, QString>("cin", "abi", "cab", "account", "iban", "told");
+        const QString good = "IT60X0542811101000000123456";
+        Row("whole", "X", "05428", "11101", "000000123456", good, "");
+        Row("zeros lost", "x", "5428", "11101", "123456", good, "");
+        Row("zeros too many", "X", "05428", "11101", " 00000000 123456", good, "");
+        Row("no account", "X", "05428", "11101", "", "", "");
+        Row("an unknown bank", "X", "00000", "00000", "123456", "", "");
+        Row("a longer account", "X", "05428", "11101", "1000000123456", "", "il conto '1000000123456' non è di dodici");
+        Row("an account with signs", "X", "05428", "11101", "c/c 12345", "", "il conto 'c/c 12345' non è di dodici");
+        Row("a bank of letters", "X", "ABCDE", "11101", "123456", "", "l'ABI 'ABCDE' non è di cinque cifre");
+        Row("a branch of signs", "X", "05428", "1110-", "123456", "", "il CAB '1110-' non è di cinque cifre");
+        Row("two letters", "XY", "05428", "11101", "123456", "", "il CIN 'XY' non è una lettera");
+    }
+    void MakesIbans() {
+        PartiesTarget target;
+        TargetRow party(target.Run, "CON_TRO");
+        party.Set("CONAZ", "ITA");
+        for (const auto& [column, part] :
+             {std::pair{"COCIN", "cin"}, {"COABI", "abi"}, {"COCAB", "cab"}, {"COCOC", "account"}}) {
+            party.Set(column, *static_cast<QString*>(QTest::qData(part, qMetaTypeId<QString>())));
+        }
+        Recordset source = target.Db().ExecuteWC("SELECT 1 AS A");
+        SetIban(target.Run, SourceRow(source), party);
+        QTEST(party.Value("COIBA").toString(), "iban");
+        QFETCH(const QString, told);
+        QCOMPARE(target.Kinds(), told.isEmpty() ? QStringList() : QStringList("IBAN NON CALCOLATO"));
+        QVERIFY2(target.LogText().contains(told), qPrintable(target.LogText()));
+    }
+
     /// A code that SYS_IMP tells is somebody's word.
     void ObeysTranslatedCodes() {
         PartiesTarget target;

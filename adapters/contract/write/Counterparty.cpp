@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Counterparty.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/iban.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -147,14 +148,16 @@ QString EarlierImports::Earlier(const QString& table) const {
     return QStringLiteral(" AND RECORD_ID <= ") + QString::number(m_last.value(table));
 }
 
-void SetIban(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& party) {
+void SetIban(ImportRun& run, const SourceRow& /*row*/, TargetRow& party) {
     const auto text = [&party](const QString& column) { return party.Value(column).toString(); };
     if (!text("COIBA").isEmpty() || text("CONAZ") != schema::defaults::Country) {
         return;
     }
-    const QString iban = mod_ovTools::MakeItalianIban(text("COCIN"), text("COABI"), text("COCAB"), text("COCOC"));
-    if (!iban.isEmpty()) {
-        party.Set("COIBA", iban);
+    const ItalianIban made = IbanOf(text("COCIN"), text("COABI"), text("COCAB"), text("COCOC"));
+    if (!made.iban.isEmpty()) {
+        party.Set("COIBA", made.iban);
+    } else if (!made.wrong.isEmpty()) {
+        run.Log(QStringLiteral("IBAN NON CALCOLATO: %1: ").arg(run.RowKey()) + made.wrong);
     }
 }
 

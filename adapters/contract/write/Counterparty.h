@@ -46,7 +46,8 @@ private:
     QHash<QString, qint64> m_last; ///< highest RECORD_ID of each table
 };
 
-/// Sets the IBAN of an Italian account in a row of CON_TRO that has none but the other coordinates of its bank.
+/// Sets the IBAN of an Italian account in a row of CON_TRO that has none but the other coordinates of its bank; those
+/// that cannot be of one are told.
 void SetIban(ImportRun& run, const SourceRow& row, TargetRow& party);
 
 /// A text without "/", " ", "-" and "\": how telephone numbers and web addresses are stored.

@@ -11,9 +11,9 @@
 #include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/map/supplierNote.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/iban.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
-#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -214,14 +214,29 @@ const Needs& IbanNeeds() {
     return needs;
 }
 
+/// An IBAN of another country is not that of the coordinates, which are Italian.
+bool IsOfAnotherCountry(const QString& iban) {
+    return iban.size() > 1 && iban.at(0).isLetter() && !iban.startsWith(u"IT", Qt::CaseInsensitive);
+}
+
 RowOutcome RecalculateIban(ImportRun& run, const SourceRow& party) {
-    if (party.IsBlank("COCIN") || party.IsBlank("COCOC")) {
-        run.Log(QStringLiteral("IBAN NON CALCOLATO: %1 %2: senza CIN o numero di conto")
-                    .arg(party.Text("CDCON"), party.Text("CORAS")));
-        return run.Skip(QStringLiteral("controparte senza CIN o numero di conto"));
+    const auto leave = [&](const QString& why, const QString& rule) {
+        run.Log(QStringLiteral("IBAN NON CALCOLATO: %1 %2: %3").arg(party.Text("CDCON"), party.Text("CORAS"), why));
+        return run.Skip(rule);
+    };
+    if (IsOfAnotherCountry(party.Text("COIBA"))) {
+        return leave(QStringLiteral("ha l'IBAN '%1'").arg(party.Text("COIBA")),
+                     QStringLiteral("controparte con l'IBAN di un altro paese"));
     }
-    const QString iban = mod_ovTools::MakeItalianIban(party.Text("COCIN"), party.Text("COABI"), party.Text("COCAB"),
-                                                      party.Text("COCOC"));
+    const auto [iban, wrong] =
+        IbanOf(party.Text("COCIN"), party.Text("COABI"), party.Text("COCAB"), party.Text("COCOC"));
+    if (!wrong.isEmpty()) {
+        return leave(wrong, QStringLiteral("controparte con coordinate che non sono di un conto italiano"));
+    }
+    if (iban.isEmpty()) {
+        const QString lacks = QStringLiteral("senza CIN o numero di conto");
+        return leave(lacks, QStringLiteral("controparte ") + lacks);
+    }
     if (iban == party.Text("COIBA")) {
         return run.Skip(QStringLiteral("IBAN già esatto"));
     }
