@@ -123,19 +123,19 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
     const ListHead head{list, found.Value("RECORD_ID").toLongLong()};
     const QString name = found.Value("LTDES").toString();
     const QString money = found.Value("LTVAL").toString();
-    found.Close();
     const bool isHands =
         found.Value("USINS").toString().trimmed().compare(schema::defaults::ImportUser, Qt::CaseInsensitive) != 0;
+    found.Close();
     TargetRow row(m_run, "LIS_TES");
     const bool isRenamed = !description.isEmpty() && description != name;
     if (isRenamed) {
         row.Set("LTDES", description);
-    }
         if (isHands) {
             m_run.Log(QStringLiteral("LISTINO RINOMINATO: %1: il listino '%2', inserito a mano, ora si chiama '%3', prima "
                                      "'%4'")
                           .arg(m_run.RowKey(), list, description, name));
         }
+    }
     const bool isOtherMoney = !currency.isEmpty() && currency != money;
     if (isOtherMoney) {
         row.Set("LTVAL", currency);

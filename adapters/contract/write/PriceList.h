@@ -81,20 +81,20 @@ public:
     /// Behind the last row of the source: deletes the scales that an earlier import wrote for an article's row and that
     /// `AddScale` has not met, and logs them, as they would go on holding; where rows were given up, which may have
     /// them, or another module imports prices too, it tells them only. Prices which hold today and have not come it
-    /// tells too, where no other module imports prices: those of the lists that were met, and of those that this part of
-    /// the procedure alone has imported earlier. Nothing in a run that takes some of the source rows alone.
+    /// tells too, where no other module imports prices: those of the lists that were met, and of those that this part
+    /// of the procedure alone has imported earlier. Nothing in a run that takes some of the source rows alone.
     void EndLists();
     /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
     /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
     /// of them written once by this writer.
     void Work(const WorkPrice& price);
-
-private:
-    /// RECORD_IDs of a work price and of its scale; 0 for none.
     /// Behind all works of an article: deletes the prices that an earlier import wrote and that `Work` has not met where
     /// one of the same work, supplier and first day has come, beside which they would go on holding, and logs them. The
     /// others that hold today, and those that a hand has changed since, it tells only.
     void EndWorks(const QString& article);
+
+private:
+    /// RECORD_IDs of a work price and of its scale; 0 for none.
     struct KnownWork {
         qint64 price = 0;
         qint64 scale = 0;
@@ -125,13 +125,13 @@ private:
     void TellStepGone(qint64 articleRow, const Step& step) const;
     RowOutcome WriteStep(Steps& steps, qint64 articleRow, double from, Scale scale);
     void Rewrite(qint64 id, const Scale& scale) const;
+    void TellWorkGone(const QString& article, const QString& supplier, const QDate& from,
+                      const QVariant& quantity) const;
 
     ImportRun& m_run;
     ImportingModules m_modules;
     ImportedLists m_imported;
     /// A list that this import has met, and the currency of its rows; empty while none has told one.
-    void TellWorkGone(const QString& article, const QString& supplier, const QDate& from,
-                      const QVariant& quantity) const;
     struct MetList {
         ListHead head;
         QString currency;
