@@ -4,6 +4,7 @@
 #include "core/modMain.h"
 #include "core/storedPassword.h"
 #include "core/wholeSettings.h"
+#include "sources/layout/Layout.h"
 #include "sources/textFolder.h"
 #include "sql/mod_ovTools.h"
 
@@ -285,12 +286,36 @@ Prepare AccessFileInFolder(const QString& fileName) {
     return {open, Place::Folder};
 }
 
+namespace {
+
+/// Sheets with what a layout calls their columns; one that it calls otherwise is read in the same way.
+std::vector<sources::SheetTable> CalledBy(const NameLayout* names, const std::vector<sources::SheetTable>& sheets) {
+    const auto* layout = dynamic_cast<const sources::Layout*>(names);
+    std::vector<sources::SheetTable> called;
+    for (sources::SheetTable sheet : sheets) {
+        const sources::LayoutTable* told = layout == nullptr ? nullptr : layout->Find(sheet.table);
+        if (told != nullptr) {
+            std::ranges::transform(sheet.end, std::back_inserter(sheet.endInFile),
+                                   [told](const QString& column) { return told->InSource(column); });
+            sheet.level = sheet.level.isEmpty() ? QString() : told->InSource(sheet.level);
+        }
+        if (told != nullptr && told->IsCalled()) {
+            called.push_back(sheet);
+            called.back().table = called.back().sheet = told->inSource.last();
+        }
+        called.push_back(sheet);
+    }
+    return called;
+}
+
+} // namespace
+
 Prepare OpenFileExcel(const std::vector<sources::SheetTable>& sheets) {
     return ChosenFile("File Excel da importare", "File di Excel (*.xls)|*.xls|Tutti i file (*.*)|*.*",
                       [sheets](ovConnection& source, const QString& file) {
                           source.ConnectionString = "Driver={Microsoft Excel Driver (*.xls, *.xlsx)};DBQ=" + file;
-                          source.OpenFiles = [file, sheets](const ConnectionSettings& settings) {
-                              return sources::OpenWorkbookFile(file, settings, sheets);
+                          source.OpenFiles = [file, sheets, &source](const ConnectionSettings& settings) {
+                              return sources::OpenWorkbookFile(file, settings, CalledBy(source.Layout.get(), sheets));
                           };
                       });
 }

@@ -8,6 +8,7 @@
 #include "app/inspect_suggest.h"
 #include "core/names.h"
 #include "sources/layout/LayoutFile.h"
+#include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
 
 #include <QFileInfo>
@@ -143,7 +144,7 @@ void TakeValues(Table& table, Probe& probe) {
 void TakeContents(Table& table, Probe& probe) {
     try {
         for (const ColumnInfo& column : probe.Columns(table.inSource)) {
-            table.own.push_back({column.name, column.type, {}, 0});
+            table.own.push_back({.name = column.name, .type = column.type, .values = {}});
         }
         table.isFound = !table.own.empty();
         if (table.isFound) {
@@ -163,6 +164,34 @@ void FindColumns(Table& table, const sources::LayoutTable* layout) {
         const OwnColumn* own = name.isEmpty() ? nullptr : table.Own(name);
         column.inSource = own == nullptr ? QString() : own->name;
     }
+}
+
+/// Marks the columns of the source that procedures read beyond those that they ask for.
+void MarkFurther(Table& table, const contract::Origin& origin) {
+    for (const contract::Procedure& procedure : origin.procedures) {
+        for (OwnColumn& column : table.own) {
+            column.isFurther = column.isFurther || (procedure.readsAlso && table.procedures.contains(procedure.name) &&
+                                                    procedure.readsAlso(column.name));
+        }
+    }
+}
+
+/// Leaves out the tables of a workbook for which the sheet of another one is taken, having none of their own: all is
+/// there of the other one, and nothing that is necessary of theirs.
+void LeaveOutStandIns(std::vector<Table>& tables) {
+    const auto isLacking = [](const Column& column) { return column.isNecessary && column.IsMissing(); };
+    const auto isThere = [](const Column& column) {
+        return column.isNecessary && !column.IsMissing() && column.name != sources::RowNumberColumn;
+    };
+    const std::vector<Table> all = tables;
+    std::erase_if(tables, [&](const Table& table) {
+        return std::ranges::any_of(table.columns, isLacking) && std::ranges::none_of(table.columns, isThere) &&
+               std::ranges::any_of(all, [&](const Table& other) {
+                   return other.isFound && other.inSource != table.inSource &&
+                          std::ranges::none_of(other.columns, isLacking) &&
+                          std::ranges::equal(other.own, table.own, {}, &OwnColumn::name, &OwnColumn::name);
+               });
+    });
 }
 
 /// The columns of every table of the source that is not read already.
@@ -219,9 +248,8 @@ void SuggestAll(std::vector<Table>& tables, const NamesBefore& before) {
     }
 }
 
-/// Reads the layout file into the open source; what is wrong with it is told, and then counts for nothing.
-QString TakeLayout(Session& session, const contract::Origin& origin) {
-    ovConnection& source = session.SourceConnection();
+/// Reads the layout file into the source; what is wrong with it is told, and then counts for nothing.
+QString TakeLayout(Session& session, const contract::Origin& origin, ovConnection& source) {
     source.Layout = nullptr;
     try {
         contract::SourceLayout::Take(session, origin, source);
@@ -254,6 +282,7 @@ bool OpenToLook(Session& session, const contract::Origin& origin) {
         CloseSource(session);
         return false;
     }
+    TakeLayout(session, origin, *session.Source); // tells how sheets are read
     session.Source->SourceTables.clear();
     session.Source->Note = [&session](const QString& note) { session.Person.Note(note); }; // there is no run to log
     OpenPrepared(session, *session.Source);
@@ -263,7 +292,7 @@ bool OpenToLook(Session& session, const contract::Origin& origin) {
 Inspection Inspect(Session& session, const contract::Origin& origin) {
     Inspection inspection;
     inspection.layoutFile = LayoutPath(session, origin);
-    inspection.layoutTrouble = TakeLayout(session, origin);
+    inspection.layoutTrouble = TakeLayout(session, origin, session.SourceConnection());
     inspection.tables = ReadTables(origin);
     ovConnection& source = session.SourceConnection();
     const auto* layout = dynamic_cast<const sources::Layout*>(source.Layout.get());
@@ -280,10 +309,14 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
         table.lastTime = seen.value(parts.join(u'.'));
         TakeContents(table, probe);
         FindColumns(table, called);
+        MarkFurther(table, origin);
         if (table.isFound) {
             inspection.others.removeIf(
                 [&parts](const QString& each) { return each.compare(parts.last(), Qt::CaseInsensitive) == 0; });
         }
+    }
+    if (origin.source.kind == QLatin1String("Excel")) {
+        LeaveOutStandIns(inspection.tables);
     }
     const NamesBefore before = ReadNamesBefore(LayoutFolder(session));
     candidates.removeIf([&](const QString& name) { return !inspection.others.contains(name); }); // those that are read
@@ -293,7 +326,8 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
 }
 
 QString LayoutTrouble(Session& session, const contract::Origin& origin) {
-    if (const QString trouble = TakeLayout(session, origin); !trouble.isEmpty() || session.Layout == nullptr) {
+    if (const QString trouble = TakeLayout(session, origin, session.SourceConnection());
+        !trouble.isEmpty() || session.Layout == nullptr) {
         return trouble;
     }
     ovConnection& source = session.SourceConnection();

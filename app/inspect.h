@@ -42,9 +42,10 @@ struct Column {
 /// A column of a table of the source.
 struct OwnColumn {
     QString name;
-    QString type;       ///< in the words of the source
-    QStringList values; ///< the first different ones that are not blank
-    int filled = 0;     ///< of the rows that were looked at, those where it is not blank
+    QString type;           ///< in the words of the source
+    QStringList values;     ///< the first different ones that are not blank
+    int filled = 0;         ///< of the rows that were looked at, those where it is not blank
+    bool isFurther = false; ///< an import reads it, though it is none of the columns that it asks for
 };
 
 /// A table that the origin reads.

@@ -4,6 +4,7 @@
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "core/Trial.h"
+#include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
 
 #include <QSet>
@@ -56,7 +57,7 @@ Line LineOf(const contract::Mapping& mapping, const MapLine& line, bool isAdded)
 Line::Value ValueFor(contract::ImportRun& run, const QString& table, const MapLine& line, const SourceRow& row,
                      const contract::Facts& facts) {
     try {
-        const auto value = line.rule.apply({run.GetSession(), row, line.sources, facts});
+        const auto value = line.ValueOf(run.GetSession(), row, facts);
         if (!value) {
             return {};
         }
@@ -108,8 +109,10 @@ void Fill(Preview& preview, Session& session, const contract::Origin& origin, co
     contract::ImportRun run(session, origin.module, of.procedure->name, QStringLiteral("*"));
     Recordset rows =
         session.SourceConnection().ExecuteWC(QStringLiteral("SELECT * FROM [%1]").arg(mapping.sourceTable));
-    for (; !rows.Eof() && preview.rows < MostRows; rows.MoveNext(), ++preview.rows) {
+    for (; !rows.Eof() && preview.rows.size() < MostRows; rows.MoveNext()) {
         const SourceRow row(rows);
+        preview.rows.append(row.HasColumn(sources::RowNumberColumn) ? row.Text(sources::RowNumberColumn)
+                                                                    : QString::number(preview.rows.size() + 1));
         for (size_t i = 0; i < lines.size(); ++i) {
             preview.lines[i].values.push_back(ValueOf(run, mapping.targetTable, lines[i], row));
         }

@@ -18,7 +18,7 @@ struct Preview {
         std::vector<Value> values; ///< one for each row; the text of one that the rule leaves out is empty
     };
     std::vector<Line> lines;
-    int rows = 0;
+    QStringList rows = {}; ///< what they are called: by their number in the file, where it numbers them
     QString trouble; ///< why nothing can be shown; empty when something can
 };
 

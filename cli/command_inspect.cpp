@@ -78,7 +78,7 @@ QStringList UnreadLines(const inspection::Table& table) {
             std::any_of(table.columns.begin(), table.columns.end(), [&own](const inspection::Column& column) {
                 return column.inSource.compare(own.name, Qt::CaseInsensitive) == 0;
             });
-        if (!isRead) {
+        if (!isRead && !own.isFurther) {
             lines.append(QStringLiteral("    %1 %2, valorizzata in %3 righe su %4: %5")
                              .arg(own.name, own.type, QString::number(own.filled), QString::number(table.looked),
                                   Quoted(own.values)));
@@ -97,6 +97,10 @@ QStringList TableLines(const inspection::Table& table) {
         } else {
             found.append(FoundLine(table, column));
         }
+    }
+    for (const inspection::OwnColumn& own : table.own) {
+        found +=
+            own.isFurther ? QStringList(QStringLiteral("    %1: %2").arg(own.name, Quoted(own.values))) : QStringList();
     }
     QStringList lines{HeadOf(table)};
     if (const QString change = inspection::ChangeText(table); !change.isEmpty()) {
@@ -158,6 +162,7 @@ QJsonObject Json(const inspection::Table& table) {
         own.append(QJsonObject{{"name", column.name},
                                {"type", column.type},
                                {"filled", column.filled},
+                               {"further", column.isFurther},
                                {"values", QJsonArray::fromStringList(column.values)}});
     }
     QJsonObject json{{"name", table.name},

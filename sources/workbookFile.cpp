@@ -110,7 +110,11 @@ std::vector<PlacedTable> TablesOf(const Workbook& workbook, const std::vector<Sh
         }
     };
     for (const SheetTable& table : told) {
-        add(table, FindSheet(workbook, table.sheet), true);
+        const FoundSheet found = FindSheet(workbook, table.sheet);
+        if (found.sheet >= 0 ||
+            table.sheet != table.table) { // one that somebody has named is a table where it is there
+            add(table, found, true);
+        }
     }
     const QStringList names = workbook.Sheets();
     for (int sheet = 0; sheet < names.size(); ++sheet) {

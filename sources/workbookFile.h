@@ -21,6 +21,9 @@ struct SheetTable {
     /// The rows end before the first in which all of these columns are blank; what stands behind is noted, and not
     /// read. Empty, or where the sheet has none of them: they end with the sheet.
     QStringList end = {};
+    /// What the file calls these columns; empty: the same. A sheet without the names of the module is one of somebody's
+    /// own: rows between header and first row are data there, unless they look like captions.
+    QStringList endInFile = {};
     /// Column with the level of a row, from 0: a row belongs to the last one above it of the level before, which the
     /// column `ParentRowColumn` tells. It is Null for level 0, for what is no level, and for a row that skips a level;
     /// these are noted. Empty: rows have no levels.

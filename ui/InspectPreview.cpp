@@ -78,8 +78,8 @@ void InspectPreview::Fill() {
                         ? preview.trouble
                         : "Le prime righe come verrebbero scritte; in rosso ciò che farebbe abbandonare la riga.");
     QStringList headers{"Campo", "Sorgente", "Regola"};
-    for (int row = 1; row <= preview.rows; ++row) {
-        headers.append("riga " + QString::number(row));
+    for (const QString& row : preview.rows) {
+        headers.append("riga " + row);
     }
     m_values->setColumnCount(static_cast<int>(headers.size()));
     m_values->setHorizontalHeaderLabels(headers);

@@ -3,6 +3,8 @@
 #include "sources/spoiltCodes.h"
 #include "sql/errors.h"
 
+#include <QRegularExpression>
+
 #include <cmath>
 
 namespace sources {
@@ -41,6 +43,21 @@ QString HeaderText(const SheetCell& cell) {
 
 bool IsBlank(const SheetCell& cell) {
     return cell.kind == SheetCell::Kind::Text && QByteArrayView(cell.text).trimmed().isEmpty();
+}
+
+/// Whether a cell is of words, in which there may be a number: "Sconto 1", no date, no "02345678901".
+bool IsCaption(const SheetCell& cell) {
+    const QString text = HeaderText(cell);
+    const auto digits = std::ranges::count_if(text, [](QChar c) { return c.isDigit(); });
+    const auto letters = std::ranges::count_if(text, [](QChar c) { return c.isLetter(); });
+    return cell.kind == SheetCell::Kind::Text && (digits == 0 || digits < letters);
+}
+
+/// "Codice articolo", "Cod. cliente"; no code that has such a beginning.
+bool NamesCode(const QString& text) {
+    static const QRegularExpression word(QStringLiteral("\\b(cod|codice|code)\\b"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    return word.match(text).hasMatch() && std::ranges::none_of(text, [](QChar c) { return c.isDigit(); });
 }
 
 const SheetCell* CellIn(const SheetRow& row, int column) {
@@ -91,8 +108,8 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
             if (!IsBehindEnd(row) && !RepeatsHeader(row)) {
                 AddRow(row);
             }
-        } else if (m_target != nullptr) {
-            NoteAboveFirst(row);
+        } else if (m_target != nullptr && IsDataAbove(row)) {
+            AddRow(row);
         }
     }
     if (m_target == nullptr) {
@@ -145,10 +162,11 @@ void SheetLoader::FindColumns() {
             columns, [&name](const ColumnInfo& each) { return each.name.compare(name, Qt::CaseInsensitive) == 0; });
         return column == columns.end() ? -1 : static_cast<int>(column - columns.begin());
     };
-    for (const QString& name : m_table.end) {
+    for (const QString& name : m_table.endInFile.isEmpty() ? m_table.end : m_table.endInFile) {
         m_end.append(find(name));
     }
     m_end.removeAll(-1);
+    m_isOwn = std::ranges::none_of(m_table.end, [&find](const QString& name) { return find(name) >= 0; });
     m_level = m_table.level.isEmpty() ? -1 : find(m_table.level);
 }
 
@@ -163,9 +181,13 @@ bool SheetLoader::IsBehindEnd(const SheetRow& row) {
     m_hasEnded = m_hasEnded || row.number != m_next || std::ranges::all_of(m_end, isBlank);
     m_next = row.number + 1;
     if (m_hasEnded) {
+        QStringList names;
+        for (const int column : std::as_const(m_end)) {
+            names.append(NameOf(column));
+        }
         m_oddities.Add(QStringLiteral("RIGHE OLTRE LA FINE"), QString(), row.number,
                        QStringLiteral("i dati finiscono alla prima riga senza '%1': non si legge")
-                           .arg(m_table.end.join(QStringLiteral("' e '"))));
+                           .arg(names.join(QStringLiteral("' e '"))));
     }
     return m_hasEnded;
 }
@@ -191,20 +213,42 @@ bool SheetLoader::RepeatsHeader(const SheetRow& row) {
     return true;
 }
 
-void SheetLoader::NoteAboveFirst(const SheetRow& row) {
-    for (const int column : std::as_const(m_end)) {
-        const SheetCell* cell = CellIn(row, column);
-        if (cell == nullptr) {
+const SheetCell* SheetLoader::DataIn(const SheetRow& row) const {
+    const SheetCell* first = nullptr;
+    bool namesCode = false;
+    for (const SheetCell& cell : row.cells) {
+        if (IsBlank(cell)) {
             continue;
         }
-        const QString text = HeaderText(*cell);
-        if (std::ranges::any_of(text, [](QChar c) { return c.isDigit(); })) {
-            m_oddities.Add(QStringLiteral("RIGA SOPRA I DATI"), NameOf(column), row.number,
-                           QStringLiteral("'%1' sembra un codice; i dati cominciano alla riga %2: non si legge")
-                               .arg(text, QString::number(m_table.firstRow)));
-            return;
+        if (!IsCaption(cell)) {
+            return &cell;
         }
+        first = first == nullptr ? &cell : first;
+        namesCode = namesCode || ((m_end.isEmpty() || m_end.contains(cell.column)) && NamesCode(HeaderText(cell)));
     }
+    return namesCode ? nullptr : first;
+}
+
+bool SheetLoader::IsDataAbove(const SheetRow& row) {
+    const auto filled = std::ranges::find_if_not(row.cells, IsBlank);
+    const SheetCell* data = DataIn(row);
+    if (m_table.end.isEmpty() || filled == row.cells.end() || (data == nullptr && !m_isOwn) || RepeatsHeader(row)) {
+        return false;
+    }
+    const bool hasCode = m_end.isEmpty() || std::ranges::any_of(row.cells, [this](const SheetCell& cell) {
+                             return m_end.contains(cell.column) && !IsBlank(cell);
+                         });
+    if (m_isOwn && data != nullptr && hasCode) {
+        return true;
+    }
+    const SheetCell& told = data == nullptr ? *filled : *data;
+    const bool hasName = told.column < m_target->Columns().size();
+    m_oddities.Add(QStringLiteral("RIGA SOPRA I DATI"), hasName ? NameOf(told.column) : QString(), row.number,
+                   QStringLiteral("'%1' sembra %2; i dati cominciano alla riga %3: non si legge")
+                       .arg(HeaderText(told),
+                            data == nullptr ? QStringLiteral("una didascalia") : QStringLiteral("un dato"),
+                            QString::number(m_table.firstRow)));
+    return false;
 }
 
 void SheetLoader::SetParent(const SheetRow& row) {
@@ -352,7 +396,9 @@ void SheetLoader::ChooseTypes() {
     for (int column = 0; column < columns.size(); ++column) {
         const Seen& seen = m_seen[static_cast<size_t>(column)];
         QString& type = columns[column].type;
-        if (seen.IsOfDates()) {
+        if (seen.IsEmpty()) {
+            type.clear();
+        } else if (seen.IsOfDates()) {
             type = seen.hasTimes ? QStringLiteral("DATETIME TEXT") : QStringLiteral("DATE TEXT");
         } else if (seen.texts + seen.dates == 0 && seen.Numbers() > 0) {
             type = seen.bits == seen.Numbers() ? QStringLiteral("BIT") : QStringLiteral("NUMERIC");

@@ -62,8 +62,12 @@ private:
     bool IsBehindEnd(const SheetRow& row);
     /// Whether each value is the name of its column, as where somebody has put sheets together; that is noted.
     bool RepeatsHeader(const SheetRow& row);
-    /// Notes a row between header and first row that holds a code, not what the code is called for who reads the sheet.
-    void NoteAboveFirst(const SheetRow& row);
+    /// The cell by which a row is none of captions, which are words alone and say of the code that it is one; null for
+    /// one that is.
+    const SheetCell* DataIn(const SheetRow& row) const;
+    /// Whether a row between header and first row is one of the data. What is not read there and no row of captions is
+    /// noted; in a sheet of somebody's own, which need not have captions, these as well.
+    bool IsDataAbove(const SheetRow& row);
     void SetParent(const SheetRow& row);
     void ChooseTypes();
     void NoteMixed();
@@ -85,8 +89,9 @@ private:
     std::unique_ptr<PrivateTable> m_target;
     std::vector<Seen> m_seen;
     QMap<int, qint64> m_emptyFormulas; ///< how many a column has
-    QList<int> m_end;  ///< columns that are blank in the row behind the last; none: it is not looked for
-    qint64 m_next = 0; ///< row that follows the one read last
+    QList<int> m_end;     ///< columns that are blank in the row behind the last; none: it is not looked for
+    bool m_isOwn = false; ///< the sheet has not the names of the module
+    qint64 m_next = 0;    ///< row that follows the one read last
     bool m_hasEnded = false;
     int m_level = -1;
     QList<qint64> m_above; ///< of each level the row that those of the next one belong to

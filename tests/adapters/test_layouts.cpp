@@ -301,3 +301,11 @@ private slots:
 
 QUADRIX_TEST(TestLayouts)
 #include "test_layouts.moc"
+        const auto retype = [&fixture](const QString& type) {
+            Change(fixture, "ALTER TABLE CliFor DROP COLUMN Cig");
+            Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig " + type);
+        };
+        retype({}); // as one of a sheet without any value has it
+        QCOMPARE(told(), QString());
+        retype("DATE");
+        QCOMPARE(told(), QString("CliFor: di altro tipo Cig (DATE, prima INTEGER)"));

@@ -59,14 +59,6 @@ private:
     }
 
 private slots:
-    void RowsEndWhereTheirCodesDo() {
-        const auto engine = Open(Folder + "xlsxwriter.xlsx",
-                                 {{.table = "CODICI", .sheet = "Nessuno/Articoli", .end = {"Codice", "Prezzo"}}});
-        QCOMPARE(RowOf(*engine, "SELECT COUNT(*), MAX(_RIGA) FROM CODICI"), "2|3");
-        QVERIFY2(IsNoted("RIGHE OLTRE LA FINE") && IsNoted("riga 5") && IsNoted("(così 3 volte)"),
-                 qPrintable(m_notes.join('\n')));
-    }
-
     void RowsBelongToThoseOfTheLevelBefore() {
         const auto engine =
             Open(QUADRIX_SOURCE_DIR "/tests/adapters/fixtures/modImport_NubrioExcel/files/workbook.xlsx",
@@ -251,26 +243,6 @@ private slots:
         QTEST(names.join(','), "columns");
         QTEST(RowOf(*engine, "SELECT * FROM F"), "row");
         QCOMPARE(IsNoted("COLONNA RIPETUTA"), names.join(',').contains('('));
-    }
-
-    /// Somebody wrote a code where captions stand, and put pages together with their headers.
-    void RowsThatAreNoDataAreTold() {
-        using namespace xlsBytes;
-        const QList<QByteArrayList> rows{
-            {"Cod", "Nome"}, {"C1", "Rossi"}, {"C2", "Nome"}, {"COD", "Nome"}, {"C3", "X"}};
-        QByteArray records = Record(0x809, Words({0x500, 0x10, 0, 0}));
-        for (int row = 0; row < rows.size(); ++row) {
-            for (int column = 0; column < 2; ++column) {
-                const QByteArray& text = rows[row][column];
-                records += Record(0x204, Words({row, column, 0, static_cast<int>(text.size())}) + text);
-            }
-        }
-        const QTemporaryDir folder;
-        WriteFile(folder.filePath("a.xls"), Workbook("Book", 1252, "F", records + Record(0x0a, {})));
-        const auto engine = Open(folder.filePath("a.xls"), {{.table = "T", .firstRow = 3, .end = {"Cod"}}});
-        QCOMPARE(RowOf(*engine, "SELECT COUNT(*), MIN(Cod), MAX(Cod) FROM T"), "2|'C2'|'C3'");
-        QVERIFY2(IsNoted("RIGA SOPRA I DATI") && IsNoted("'C1' sembra un codice") && IsNoted("INTESTAZIONE RIPETUTA"),
-                 qPrintable(m_notes.join('\n')));
     }
 
     /// What a column holds together tells how its texts are meant.

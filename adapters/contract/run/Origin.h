@@ -67,6 +67,8 @@ struct Procedure {
     bool choosesFile = false;  ///< whether it has a file of its own chosen
     bool asksReset = true;     ///< whether emptying the target is asked; without the question nothing is emptied
     bool takesCode = true;     ///< whether it can be limited to a single code
+    /// Whether it also reads a column, beyond those of its needs, that a table has; null: it never does.
+    std::function<bool(const QString& column)> readsAlso = {};
     QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
     /// The origin whose source it reads, opened with that one's settings and layout; null: its own origin's.
     const Origin* readsOf = nullptr;

@@ -101,6 +101,15 @@ QString OwnName(ovConnection& source, const QString& table) {
     return known == nullptr ? table : known->inSource.join(u'.');
 }
 
+/// The columns, where those without a type, as one of a sheet without any value, keep the one that was seen.
+QVector<ColumnInfo> WithKnownTypes(QVector<ColumnInfo> columns, const QVector<ColumnInfo>& before) {
+    for (ColumnInfo& column : columns) {
+        const ColumnInfo* known = column.type.isEmpty() ? ColumnNamed(before, column.name) : nullptr;
+        column.type = known == nullptr ? column.type : known->type;
+    }
+    return columns;
+}
+
 /// Compares the tables that are needed with those that were seen, and puts them in their place.
 QStringList TakeChanges(Session& session, const Needs& needs, SeenTables& seen) {
     QStringList lines;
@@ -111,7 +120,7 @@ QStringList TakeChanges(Session& session, const Needs& needs, SeenTables& seen) 
         if (!change.isEmpty()) {
             lines.append(QStringLiteral("ORIGINE CAMBIATA DALL'ULTIMA VOLTA: %1: %2").arg(name, change));
         }
-        seen.insert(name, columns);
+        seen.insert(name, WithKnownTypes(columns, seen.value(name)));
     }
     return lines;
 }

@@ -1,9 +1,10 @@
 // Excel: a workbook that the operator chooses, of customers or of articles. The first row of the sheet (the one called
 // "CLIENTI" or "ARTICOLI", else the first) names columns of Quadrix, in any order: "CORAS" of the record itself,
 // "ART_FOR.COFGE" of what hangs on it, "NUM_TEL.Ufficio" with the label of the number, "FLD:Lega" with the name of a
-// free attribute. The second row is for who reads the sheet; data end at the first row without a code. The layout is
-// this system's own; codes are translated under EXCEL. A header that is none of these is told once and not imported.
-// Known gaps: columns of the system itself (who wrote a record when, the codes of a counterparty), branches, contacts.
+// free attribute. The second row is for who reads the sheet, but where a layout file calls the codes otherwise; data
+// end at the first row without a code. The layout is this system's own; codes are translated under EXCEL. A header that
+// is none of these is told once and not imported. Known gaps: columns of the system itself (who wrote a record when,
+// the codes of a counterparty), branches, contacts.
 
 #include "adapters/origins/Excel/modImport_Excel.h"
 
@@ -76,6 +77,11 @@ bool IsForSheets(const schema::Table& table, const QString& name) {
     return table.FindColumn(name) != nullptr && !ofTheSystem.contains(name, Qt::CaseInsensitive);
 }
 
+/// Whether a header names what hangs on the record: the mark, and a name behind it.
+bool IsMarked(const Beyond& beyond, const QString& header) {
+    return header.startsWith(beyond.mark, Qt::CaseInsensitive) && header.size() > beyond.mark.size();
+}
+
 /// Finds the further headers, and logs those that are none.
 void FindHeaders(ImportRun& run, const QString& sheet, const QStringList& read, const Beyond& beyond) {
     Session& session = run.GetSession();
@@ -85,15 +91,16 @@ void FindHeaders(ImportRun& run, const QString& sheet, const QStringList& read, 
         if (read.contains(header.name, Qt::CaseInsensitive)) {
             continue;
         }
-        if (header.name.startsWith(beyond.mark, Qt::CaseInsensitive) && header.name.size() > beyond.mark.size()) {
+        if (IsMarked(beyond, header.name)) {
             beyond.found->marked.append(header.name);
         } else if (IsForSheets(target, header.name)) {
             const QString column = target.FindColumn(header.name)->name;
             beyond.found->columns.push_back({column, GetDataTypeFromSysSys(session, beyond.target, column)});
         } else {
-            modImport::LogNote(session, QStringLiteral("INTESTAZIONE SCONOSCIUTA: foglio '%1', colonna '%2': non è una "
-                                                       "colonna di %3 che un foglio può dare, e non si importa")
-                                            .arg(sheet, header.name, beyond.target));
+            modImport::LogNote(session,
+                               QStringLiteral("INTESTAZIONE SCONOSCIUTA: tabella '%1', colonna '%2': non è una "
+                                              "colonna di %3 che un foglio può dare, e non si importa")
+                                   .arg(sheet, header.name, beyond.target));
         }
     }
 }
@@ -119,7 +126,11 @@ Procedure OverSheet(Button button, const Declared& declared, const Beyond& beyon
         FindHeaders(run, sheet, read, beyond);
         return make(run, code);
     };
-    return ProcedureOf(button, FrameOf(declared), {part});
+    Procedure procedure = ProcedureOf(button, FrameOf(declared), {part});
+    procedure.readsAlso = [beyond](const QString& column) {
+        return IsMarked(beyond, column) || IsForSheets(*schema::FindTable(beyond.target), column);
+    };
+    return procedure;
 }
 
 SourceTable RowsOf(const QString& sheet, const QString& key) {
