@@ -1,5 +1,7 @@
 #include "app/report/verdict.h"
 
+#include "adapters/contract/run/Account.h"
+#include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Document.h"
 #include "core/italianText.h"
 #include "core/runEnding.h"
@@ -10,6 +12,12 @@ namespace {
 
 /// How the log begins what an earlier import has written and the source no longer has.
 const QString Gone = QStringLiteral("NON PIÙ NELL'ORIGINE");
+
+/// How it begins what says that an article which a row or a part of it names is not there.
+const QString NoArticle = QStringLiteral("ARTICOLO NON TROVATO");
+
+/// How it begins what says that rows of a sheet stand outside of its data.
+const QStringList OutOfSheet{QStringLiteral("RIGHE OLTRE LA FINE"), QStringLiteral("RIGA SOPRA I DATI")};
 
 /// "1 riga manca", "2.000 righe mancano"; nothing for none.
 QStringList Counted(qint64 count, const char* one, const char* many) {
@@ -47,6 +55,12 @@ QStringList YellowReasons(const Findings& found) {
         Counted(found.codes.size() + found.unlistedCodes, "codice è senza traduzione", "codici sono senza traduzione") +
         Counted(found.gone, "annotazione dice che in Quadrix c'è ciò che l'origine non ha più",
                 "annotazioni dicono che in Quadrix c'è ciò che l'origine non ha più") +
+        Counted(found.wanting, "riga dell'origine è rimasta fuori perché manca ciò che nomina",
+                "righe dell'origine sono rimaste fuori perché manca ciò che nominano") +
+        Counted(found.partsWanting, "annotazione dice che manca l'articolo di un componente o di una riga",
+                "annotazioni dicono che manca l'articolo di un componente o di una riga") +
+        Counted(found.unread, "annotazione dice che il foglio ha righe che non si leggono",
+                "annotazioni dicono che il foglio ha righe che non si leggono") +
         Counted(found.uncompared, "riga già importata non si è confrontata",
                 "righe già importate non si sono confrontate");
     if (found.onlyRoles) {
@@ -71,8 +85,15 @@ void AddStep(Findings& found, const Step& step) {
     found.codes.unite(QSet<QString>(result.untranslated.begin(), result.untranslated.end()));
     found.unlistedCodes += result.untranslatedCount - result.untranslated.size();
     found.uncompared += result.skippedBy.value(contract::AlreadyImported);
+    for (const auto& [rule, rows] : result.skippedBy.asKeyValueRange()) {
+        found.wanting += contract::IsWanting(rule) ? rows : 0;
+    }
     for (const Notes::Kind& note : result.notes.kinds) {
         found.gone += note.name.endsWith(Gone) ? note.count : 0;
+        found.unread += OutOfSheet.contains(note.name) ? note.count : 0;
+        if (note.name == NoArticle) { // a row that is left out tells it too
+            found.partsWanting += std::max<qint64>(note.count - result.skippedBy.value(contract::ArticleMissing), 0);
+        }
     }
 }
 
@@ -89,6 +110,9 @@ Findings& Findings::operator+=(const Findings& more) {
     codes.unite(more.codes);
     unlistedCodes += more.unlistedCodes;
     gone += more.gone;
+    wanting += more.wanting;
+    partsWanting += more.partsWanting;
+    unread += more.unread;
     uncompared += more.uncompared;
     onlyRoles = onlyRoles || more.onlyRoles;
     empty += more.empty;
@@ -146,6 +170,7 @@ Verdict VerdictOf(const Findings& findings) {
 QStringList Rules() {
     return {QStringLiteral("Ogni riga e ogni somma di Quadrix concorda con ciò che l'origine dà oggi."),
             QStringLiteral("Ciò che è in Quadrix concorda, ma ci sono righe dell'origine che non si possono importare, "
+                           "o restano fuori perché manca ciò che nominano, righe di un foglio che non si leggono, "
                            "codici senza traduzione, ricerche non riuscite, righe che l'origine non ha più, righe non "
                            "confrontate o generi senza righe da confrontare."),
             QStringLiteral("Una riga, un valore o una somma differisce, manca o è di troppo senza che nulla lo "

@@ -24,6 +24,9 @@ struct Findings {
     QSet<QString> codes;      ///< without a translation, each once, whatever meets it
     qint64 unlistedCodes = 0; ///< those beyond the ones that the results list
     qint64 gone = 0;          ///< rows of Quadrix that the source no longer has
+    qint64 wanting = 0;       ///< rows of the source left out because something that they name is not in Quadrix
+    qint64 partsWanting = 0;  ///< notes of parts, such as components, that were left out for the same reason
+    qint64 unread = 0;        ///< notes of rows of a sheet that stand outside of its data
     qint64 uncompared = 0;    ///< rows of the source that the import leaves as they are in Quadrix
     bool onlyRoles = false;   ///< of counterparties not all columns were compared
     QStringList empty;        ///< kinds of which no row could be compared

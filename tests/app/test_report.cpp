@@ -289,6 +289,23 @@ private slots:
             },
             Light::Yellow, "3 righe già importate non si sono confrontate");
         row(
+            "articles that are wanting",
+            [](Kind& kind) {
+                RunResult& result = kind.steps[0].result;
+                result.sourceRows += 3;
+                result.skipped = 3;
+                result.skippedBy = {{"articolo non trovato", 2}, {"giacenza a zero", 1}};
+                for (int note = 0; note < 3; ++note) {
+                    result.notes.Add("ARTICOLO NON TROVATO: uno");
+                }
+            },
+            Light::Yellow,
+            "2 righe dell'origine sono rimaste fuori perché manca ciò che nominano e 1 annotazione dice che manca");
+        row(
+            "rows of a sheet that are not read",
+            [](Kind& kind) { kind.steps[0].result.notes.Add("RIGHE OLTRE LA FINE: riga 5"); }, Light::Yellow,
+            "il foglio ha righe che non si leggono");
+        row(
             "no longer in the source",
             [](Kind& kind) { kind.steps[0].result.notes.Add("DOCUMENTI NON PIÙ NELL'ORIGINE: uno"); }, Light::Yellow,
             "l'origine non ha più");

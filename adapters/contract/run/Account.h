@@ -9,6 +9,10 @@ namespace contract {
 /// What became of a source row.
 enum class RowOutcome { Inserted, Updated, Skipped };
 
+/// Whether a rule that leaves rows out, in the operator's words, means that something which they name is not there:
+/// "articolo non trovato". Such rows want something, where the others are meant to be left out.
+inline bool IsWanting(const QString& rule) { return rule.contains(u"non trovat"); }
+
 /// The account of a run: every source row in exactly one class, and the rows written for them. What is not committed
 /// yet is counted apart, and forgotten with its row.
 class Account {
