@@ -63,6 +63,9 @@ QString WithoutOptional(const contract::Origin& origin) {
     return layout;
 }
 
+/// What reasons tell of the names that the source has itself.
+const QRegularExpression ToldOwnNames("; nella sorgente [^\n]* si chiama '[^'\n]*'");
+
 /// Changes the source of a fixture that is a SQLite file.
 void Change(Fixture& fixture, const QString& statement) {
     ovConnection source;
@@ -115,7 +118,9 @@ private slots:
         Fixture fixture(FixtureFolder(module), origin, TestTarget::On::Embedded, {}, other.names);
         fixture.WriteLayout(other.layout);
         fixture.Run();
-        const QString difference = fixture.Compare("expected.txt", fixture.Outcome());
+        QString outcome = fixture.Outcome();
+        outcome.remove(ToldOwnNames);
+        const QString difference = fixture.Compare("expected.txt", outcome);
         QVERIFY2(difference.isEmpty(), qPrintable(difference + '\n' + other.layout));
     }
 
@@ -135,6 +140,7 @@ private slots:
         fixture.WriteLayout(other.layout + "CliFor.Tel2=\n[FILTRI]\nCliFor=DITTA = '01'\n");
         fixture.Run();
         QString outcome = fixture.Outcome();
+        outcome.remove(ToldOwnNames);
         QVERIFY(outcome.contains("COLONNE CHE MANCANO NELL'ORIGINE: CliFor.Tel2"));
         QVERIFY(outcome.contains("Filtro del tracciato: della tabella 'CliFor' si leggono le righe con DITTA = '01'"));
         outcome.remove(QRegularExpression("-- log\n[^\n]*COLONNE CHE MANCANO[^\n]*\n(?=== )"));

@@ -1,5 +1,6 @@
 #include "adapters/registry.h"
 #include "app/connectSource.h"
+#include "app/inspect.h"
 #include "app/template/sheetTemplate.h"
 #include "sources/tableFile.h"
 #include "sources/workbook/Package.h"
@@ -140,6 +141,47 @@ private slots:
         const auto error = ErrorOf<ImportError>(write);
         QCOMPARE(error && error->Message().contains("non viene sovrascritto"), !isWrittenOver);
         QCOMPARE(ReadFile(company.Path()) == before, !isWrittenOver);
+    }
+
+    /// A sheet with names of its own needs no captions, and ends as the template does; messages tell its names.
+    void takesASheetOfOnesOwn_data() {
+        Columns<QString>("layout");
+        Row("the first sheet", "[COLONNE]\n");
+        Row("one that is named", "[TABELLE]\nCLIENTI=Anagrafica\n[COLONNE]\n");
+    }
+    void takesASheetOfOnesOwn() {
+        QFETCH(const QString, layout);
+        TemplateCompany company;
+        const auto file = sources::TableWriter::Create(
+            company.Path(), "Anagrafica",
+            {"Codice cliente", "Nome", "Sconto", "COBIC", "Nota", "CORA2", "COIVA", "COFIS"});
+        for (const QVector<QVariant>& row : {QVector<QVariant>{"M1", "Rossi", {}, "BCITITMM", "x", {}, {}, {}},
+                                             {"M2", "Bianchi", "x", {}, {}, {}, {}, {}},
+                                             {"M3", "Verdi", 5, {}, {}, {}, {}, {}},
+                                             {{}, "Totale", 5, {}, {}, {}, {}, {}},
+                                             {"M4", "Neri", {}, {}, {}, {}, {}, {}}}) {
+            file->AddRow(row);
+        }
+        file->Close();
+        QDir().mkpath(company.Folder.filePath("Tracciati"));
+        WriteFile(company.Folder.filePath("Tracciati/Excel.ini"),
+                  (layout + "CLIENTI.COCGE=Codice cliente\nCLIENTI.CORAS=Nome\nCLIENTI.COSC1=Sconto\n").toUtf8());
+        company.Person.Files = {company.Path(), company.Path()};
+        company.Get().Errors.Action = ErrorAction::Ignore;
+        const contract::Origin& excel = *registry::Find("Excel");
+        QVERIFY(inspection::OpenToLook(company.Get(), excel));
+        const inspection::Inspection looked = inspection::Inspect(company.Get(), excel);
+        QVERIFY2(inspection::IsComplete(looked) && looked.tables.size() == 1, "articles are none of this sheet");
+        QCOMPARE(looked.tables[0].rows, 3);
+        QVERIFY(looked.tables[0].Own("COBIC")->isFurther && !looked.tables[0].Own("Nota")->isFurther);
+        QCOMPARE(ConnectSource(company.Get(), excel), SourceOutcome::Opened);
+        const RunResult& result = RunProcedure(company.Get(), excel, "ImportClientiExcel");
+        QCOMPARE(company.Rows("SELECT COCGE, COBIC FROM X01_CON_TRO ORDER BY COCGE"),
+                 (QStringList{"M1|BCITITMM", "M3|"}));
+        QVERIFY2(result.givenUp.value(0).reason.endsWith("; nella sorgente COSC1 si chiama 'Sconto'"),
+                 qPrintable(result.givenUp.value(0).reason));
+        QVERIFY2(company.Log().contains("RIGHE OLTRE LA FINE") && !company.Log().contains("RIGA SOPRA I DATI"),
+                 company.Log().constData());
     }
 
     void refusesOtherNames() {

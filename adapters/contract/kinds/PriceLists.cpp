@@ -246,6 +246,9 @@ QString PriceImporter::DirectionOf(const SourceRow& row, const PriceFields& pric
     using namespace schema::defaults;
     const QString direction = price.direction.Text(GetSession(), row).toUpper();
     if (direction != SalesList && direction != PurchaseList) {
+    if (direction.isEmpty()) {
+        m_kind->declared.source.CheckPartner(row, price.direction.Columns());
+    }
         throw ImportError(QStringLiteral("colonna '%1': '%2' non è V (vendite) né A (acquisti)")
                               .arg(price.direction.Columns().join(QStringLiteral("', '")), direction));
     }

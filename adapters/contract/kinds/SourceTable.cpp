@@ -148,6 +148,20 @@ ImportRun::Loop SourceTable::Loop(const ImportRun& run, const QString& step, con
             groupOf};
 }
 
+void SourceTable::CheckPartner(const SourceRow& row, const QStringList& columns) const {
+    const Join* join = JoinOf(columns);
+    if (join == nullptr ||
+        !std::ranges::all_of(join->columns, [&row](const QString& one) { return row.IsBlank(one); })) {
+        return;
+    }
+    QStringList wanted;
+    for (const Tie& tie : join->on) {
+        wanted.append(QStringLiteral("colonna '%1': '%2' non è in %3.%4")
+                          .arg(tie.Other(), row.Text(tie.Other()), join->table, tie.column));
+    }
+    throw ImportError(wanted.join(QStringLiteral("; ")));
+}
+
 Needs SourceTable::OwnNeeds() const {
     QStringList columns = BareColumns(key) + BareColumns(apart) + BareColumns(order) + BareColumns(naming) + group +
                           ColumnsIn(where, QStringLiteral("T"));

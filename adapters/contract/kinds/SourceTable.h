@@ -48,6 +48,8 @@ struct SourceTable {
     QString GroupOf(const SourceRow& row) const { return groupOf ? groupOf(row) : GroupText(row, group); }
     /// Columns that the statement itself names, and the tables of the joins.
     Needs OwnNeeds() const;
+    /// Raises `ImportError` where columns are those of a join, and the second table has no row beside this one.
+    void CheckPartner(const SourceRow& row, const QStringList& columns) const;
     /// What fields read of the row and of other tables.
     Needs NeedsOf(const std::vector<Field>& fields) const;
     /// The lines as mappings, one for each table that they read; none without lines.

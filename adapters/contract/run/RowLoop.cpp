@@ -167,6 +167,10 @@ void RowLoop::Do(const Unit& unit) {
                 DoAgain(&unit);
                 return;
             }
+            if (const QString called = m_session.Layout ? m_session.Layout->OwnNames(m_key, error.Message()) : QString();
+                !called.isEmpty()) {
+                error.AddAdvice(QStringLiteral("nella sorgente ") + called);
+            }
             try {
                 m_transaction.IsAtomic() ? Failed(unit, error, attempt) : FailedInPart(unit, error, attempt);
             } catch (const RowGivenUp& givenUp) {

@@ -390,6 +390,21 @@ QString SourceLayout::FilterOf(const QString& table) const {
     return {};
 }
 
+QString SourceLayout::OwnNames(const QString& row, const QString& message) const {
+    const auto names = [](const QString& text, const QString& name) {
+        return text.contains(u'\'' + name + u'\'', Qt::CaseInsensitive);
+    };
+    QStringList called;
+    for (const Entry& entry : m_file.Entries(LayoutFile::Columns)) {
+        const auto [table, column] = Cut(entry.key, m_known);
+        const QString own = sources::NameParts(entry.value).join(u'.');
+        if (!own.isEmpty() && !IsSame(own, column) && names(row + message, table) && names(message, column)) {
+            called.append(QStringLiteral("%1 si chiama '%2'").arg(column, own));
+        }
+    }
+    return called.join(QStringLiteral(", "));
+}
+
 QStringList FilterLines(Session& session, const Needs& needs) {
     if (session.Layout == nullptr) {
         return {};

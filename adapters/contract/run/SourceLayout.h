@@ -29,6 +29,9 @@ public:
     QStringList WithoutOthers(const QStringList& tables) const;
     /// The condition of a table; empty when all of its rows are read.
     QString FilterOf(const QString& table) const;
+    /// What the source calls the columns that a message about a row names, "COCGE si chiama 'Codice Cliente'"; empty
+    /// where it calls them the same.
+    QString OwnNames(const QString& row, const QString& message) const;
     /// The lines that a mapping gains.
     const std::vector<MapLine>& AddedTo(const Mapping& mapping) const;
 
