@@ -32,6 +32,11 @@ QStringList Recordset::Columns() const { return m_cursor ? m_cursor->Columns() :
 
 bool Recordset::HasColumn(QAnyStringView name) const { return m_cursor != nullptr && m_cursor->IndexOf(name) >= 0; }
 
+bool Recordset::IsMissing(QAnyStringView name) const {
+    const int column = m_cursor == nullptr ? -1 : m_cursor->IndexOf(name);
+    return column >= 0 && m_cursor->IsMissing(column);
+}
+
 int Recordset::IndexOf(QAnyStringView name) const {
     if (m_eof) {
         throw SqlError(Query(), QStringLiteral("nessuna riga da cui leggere la colonna '%1'").arg(name.toString()));

@@ -46,6 +46,10 @@ public:
     /// Names of the columns in the order of the result; empty on a closed recordset.
     QStringList Columns() const;
     bool HasColumn(QAnyStringView name) const;
+    /// Whether there are columns that the database does not have: they are Null in every row.
+    bool HasMissing() const { return m_cursor != nullptr && m_cursor->HasMissing(); }
+    /// Whether the column of that name is one of them; false where the result does not have it.
+    bool IsMissing(QAnyStringView name) const;
     QString Query() const { return m_query.isEmpty() ? m_parts.Text() : m_query; }
 
 private:

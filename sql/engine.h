@@ -46,6 +46,10 @@ public:
     virtual int IndexOf(QAnyStringView name) const { return m_positions.Of(name, Columns()); }
     /// Value of a column (from 0) of the row under the cursor; a null variant is the database's Null.
     virtual QVariant Value(int column) const = 0;
+    /// Whether there are columns that the database does not have, which are Null for that reason.
+    virtual bool HasMissing() const { return false; }
+    /// Whether a column (from 0) is one of them.
+    virtual bool IsMissing(int /*column*/) const { return false; }
 
 private:
     mutable ColumnPositions m_positions;

@@ -18,7 +18,7 @@ public:
 
     LayoutTable::Names Names() {
         for (const QueryPlan::Columns& columns : m_plan.columns) {
-            columns.isAll ? AddAll(columns) : AddOne(columns.name);
+            columns.isAll ? AddAll(columns) : AddOne(columns);
         }
         if (m_result.names.size() != m_columns.size()) {
             throw ImportError(QStringLiteral("l'origine ha dato %1 colonne dove il tracciato ne aspettava %2 (%3)")
@@ -29,10 +29,20 @@ public:
         return m_result;
     }
 
+    /// Of the names, and of the further ones behind them.
+    std::vector<bool> AreMissing() const {
+        std::vector<bool> all = m_isMissing;
+        for (const LayoutTable::Names::More& more : m_result.more) {
+            all.push_back(more.position < 0);
+        }
+        return all;
+    }
+
 private:
-    void AddOne(const QString& name) {
+    void AddOne(const QueryPlan::Columns& column) {
         const qsizetype at = m_result.names.size();
-        m_result.names.append(name.isEmpty() ? m_columns.value(at) : name);
+        m_result.names.append(column.name.isEmpty() ? m_columns.value(at) : column.name);
+        m_isMissing.push_back(column.isMissing);
     }
 
     void AddAll(const QueryPlan::Columns& columns) {
@@ -50,6 +60,7 @@ private:
             }
         }
         m_result.names += own;
+        m_isMissing.resize(static_cast<size_t>(m_result.names.size()));
     }
 
     /// How many columns of the result are those of a table: what the others leave, unless there are several tables.
@@ -70,6 +81,7 @@ private:
     const QStringList& m_columns;
     Engine& m_engine;
     LayoutTable::Names m_result;
+    std::vector<bool> m_isMissing;
 };
 
 /// The columns get their names behind the first step: a statement that is used again knows them only then, when they
@@ -100,6 +112,11 @@ public:
         const int position = m_plan->names.more[column - own].position;
         return position < 0 ? QVariant() : m_cursor->Value(position);
     }
+    bool HasMissing() const override {
+        Name();
+        return m_hasMissing;
+    }
+    bool IsMissing(int column) const override { return HasMissing() && m_plan->isMissing[static_cast<size_t>(column)]; }
 
 private:
     void Name() const {
@@ -107,10 +124,13 @@ private:
             return;
         }
         if (m_plan->columnsOfSource.isEmpty() || m_plan->columnsOfSource != m_cursor->Columns()) {
-            m_plan->names = Namer(*m_plan, m_cursor->Columns(), m_engine).Names();
+            Namer namer(*m_plan, m_cursor->Columns(), m_engine);
+            m_plan->names = namer.Names();
+            m_plan->isMissing = namer.AreMissing();
             m_plan->columnsOfSource = m_cursor->Columns();
         }
         m_columns = m_plan->names.names;
+        m_hasMissing = std::find(m_plan->isMissing.begin(), m_plan->isMissing.end(), true) != m_plan->isMissing.end();
         for (const LayoutTable::Names::More& more : m_plan->names.more) {
             m_columns.append(more.name);
         }
@@ -120,6 +140,7 @@ private:
     std::shared_ptr<const QueryPlan> m_plan;
     Engine& m_engine;
     mutable QStringList m_columns;
+    mutable bool m_hasMissing = false;
 };
 
 } // namespace

@@ -83,7 +83,7 @@ private:
     // --- Columns
 
     void PlanMention(const QueryPart& part, const Mention& mention) {
-        const auto meant = mention.qualifier.isEmpty() ? MeantBare(part, mention) : MeantOfTable(part, mention);
+        const auto meant = Meaning(part, mention);
         if (!meant || !meant->isCalled) {
             return;
         }
@@ -115,6 +115,10 @@ private:
                    item.alias.isEmpty();
         });
         return isInner && isItem ? QString(QStringLiteral(" AS ") + Quoted(mention.column, m_dialect)) : QString();
+    }
+
+    std::optional<Meant> Meaning(const QueryPart& part, const Mention& mention) const {
+        return mention.qualifier.isEmpty() ? MeantBare(part, mention) : MeantOfTable(part, mention);
     }
 
     std::optional<Meant> MeantOfTable(const QueryPart& part, const Mention& mention) const {
@@ -231,15 +235,21 @@ private:
         for (const SelectItem& item : part.items) {
             const Mention* mention = item.mention < 0 ? nullptr : &part.mentions[static_cast<size_t>(item.mention)];
             if (mention == nullptr || !item.alias.isEmpty()) {
-                columns.push_back({item.alias});
+                columns.push_back({.name = item.alias, .isMissing = mention != nullptr && IsMissing(part, *mention)});
             } else if (!mention->column.isEmpty()) {
-                columns.push_back({mention->column});
+                columns.push_back({.name = mention->column, .isMissing = IsMissing(part, *mention)});
             } else {
                 AddAll(part, *mention, columns);
             }
         }
         columns.insert(columns.end(), m_more.begin(), m_more.end());
         return columns;
+    }
+
+    /// Another part of a union may well have the column.
+    bool IsMissing(const QueryPart& part, const Mention& mention) const {
+        const auto meant = Meaning(part, mention);
+        return !part.isUnion && meant && meant->isCalled && meant->inSource.isEmpty();
     }
 
     void AddAll(const QueryPart& part, const Mention& mention, std::vector<QueryPlan::Columns>& columns) const {

@@ -16,6 +16,7 @@ struct QueryPlan {
         const LayoutTable* table = nullptr;         ///< null: one column
         std::vector<const LayoutTable*> inner = {}; ///< of a query in parentheses: the tables in it
         bool isAll = false;
+        bool isMissing = false; ///< one column that the source does not have
     };
 
     bool isSame = true; ///< the query means the same in the source
@@ -23,6 +24,7 @@ struct QueryPlan {
     std::vector<Columns> columns;
     mutable QStringList columnsOfSource; ///< of the last result
     mutable LayoutTable::Names names;    ///< what they are called
+    mutable std::vector<bool> isMissing; ///< by column of the result, with those that it has by another name alone
 };
 
 /// Raises `ImportError` for a column that may be of several tables, and for one that is not there where the query

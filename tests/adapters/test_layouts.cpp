@@ -190,8 +190,102 @@ private slots:
             return kind.name == "COLONNE CHE MANCANO NELL'ORIGINE";
         });
         QVERIFY(told != kinds.end() && told->count == 1);
-        QCOMPARE(told->first, QString("CliFor.Note, CliFor.Web; non valorizzate: CON_TRO.CONOT, IND_WEB.WBIND"));
+        QCOMPARE(
+            told->first,
+            QString("CliFor.Note, CliFor.Web; non valorizzate: CON_TRO.CONOT; con le altre colonne: IND_WEB.WBIND"));
         QCOMPARE(fixture.Target().Value("SELECT COUNT(*) FROM X01_CON_TRO WHERE CONOT > ''"), QString("0"));
+    }
+
+    void WhatTheSourceLacksIsLeftOut_data() {
+        Columns<QString, QString, QString, QString, QString>("module", "lacking", "query", "rows", "told");
+        Row("flag that is turned round, and one that decides", "modImport_NetSuite", "ANCL200F.FLPFI, ANCL200F.FLIVA",
+            "SELECT COPER, COESE, COVAL FROM X01_CON_TRO WHERE COCGE = '123'", "NULL|NULL|EUR",
+            "; non valorizzate: CON_TRO.COPER, CON_TRO.COESE");
+        Row("operator of a factor", "modImport_AdHoc", "ART_ICOL.AROPERAT, ART_ICOL.ARPESNET",
+            "SELECT CDART, ARCOE, ARPSN FROM X01_ART_ICO WHERE CDART IN ('TE-100', 'TE-200')",
+            "TE-100|NULL|NULL|TE-200|NULL|NULL", "; non valorizzate: ART_ICO.ARCOE, ART_ICO.ARPSN");
+        Row("usual code", "modImport_AdHoc", "ART_ICOL.ARUNMIS1, ART_ICOL.ARCODIVA",
+            "SELECT ARUMS, ARIVA FROM X01_ART_ICO WHERE CDART = 'TE-100'", "NR|022",
+            "; nelle righe nuove con il valore consueto: ");
+        Row("one of several", "modImport_AdHoc", "ART_ICOL.ARCODFAM",
+            "SELECT ARFAM FROM X01_ART_ICO WHERE CDART = 'TE-100'", "GRUPPO1", "; con le altre colonne: ");
+        Row("what is left of a row", "modImport_Metodo", "RIGHEDOCUMENTI.QTAGESTRES",
+            "SELECT DRQTE, DRSTA FROM X01_DOC_VER WHERE DRDES = 'Cancello su misura'", "0|PV",
+            "; non valorizzate: DOC_VER.DRQTE, DOC_ACR.DRQTE");
+    }
+    void WhatTheSourceLacksIsLeftOut() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, lacking);
+        QFETCH(const QString, query);
+        QFETCH(const QString, rows);
+        QFETCH(const QString, told);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.WriteLayout("[COLONNE]\n" + QString(lacking).replace(", ", "=\n") + "=\n");
+        fixture.Run();
+        QCOMPARE(fixture.Target().Rows(query).join('|'), rows);
+        const QString outcome = fixture.Outcome();
+        QVERIFY2(outcome.contains("NELL'ORIGINE: " + lacking + told), qPrintable(outcome));
+    }
+
+    /// Values that an import has written stay when the source lacks their columns later.
+    void WhatTheSourceLacksStays() {
+        const QString module = "modImport_AdHoc";
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        fixture.Run();
+        const QString query = "SELECT ARPSN, ARCOE, ARUMS, ARIVA, ARCLA, ARDEC FROM X01_ART_ICO WHERE CDART = 'TE-100'";
+        const QStringList before = fixture.Target().Rows(query);
+        QVERIFY(!before.value(0).contains("NULL"));
+        QString layout = "[COLONNE]\n";
+        for (const char* column :
+             {"ARPESNET", "AROPERAT", "ARUNMIS1", "ARCODIVA", "ARTIPART", "ARCODDIS", "ARDESSUP"}) {
+            layout += QString("ART_ICOL.%1=\n").arg(column);
+        }
+        fixture.WriteLayout(layout);
+        fixture.RunLine("ImportArticoliAhr");
+        QCOMPARE(fixture.Results().last().errors, QStringList());
+        QCOMPARE(fixture.Target().Rows(query), before);
+    }
+
+    /// SQLite files that other programs make hold days as "2024-02-01", in columns of any declaration.
+    void DaysOfASqliteFileMayHaveDashes_data() {
+        Columns<QString, QString>("module", "columns");
+        Row("documents since a day", "modImport_Solution", "DOC_TES.DT_DATA");
+        Row("articles since a day", "modImport_Vision", "ARTICOLI.DATA_INS, ARTICOLI.DATA_MOD");
+        Row("price of today", "modImport_Esatto", "ListiniRighe.DataInizio");
+        Row("price from and to", "modImport_AdHoc", "LIS_TINI.LIDATATT, LIS_TINI.LIDATDIS");
+    }
+    void DaysOfASqliteFileMayHaveDashes() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, columns);
+        for (const char* type : {"TEXT", "DATETIME"}) {
+            const auto dashed = [&](ovConnection& source) {
+                for (const QString& each : columns.split(", ")) {
+                    const QString table = each.section('.', 0, 0);
+                    const QString column = each.section('.', 1);
+                    source.Execute(QString("ALTER TABLE %1 RENAME COLUMN %2 TO OLD_DAY").arg(table, column));
+                    source.Execute(QString("ALTER TABLE %1 ADD COLUMN %2 %3").arg(table, column, type));
+                    source.Execute(QString("UPDATE %1 SET %2 = SUBSTR(OLD_DAY, 1, 4) || '-' || SUBSTR(OLD_DAY, 5, 2) "
+                                           "|| '-' || SUBSTR(OLD_DAY, 7)")
+                                       .arg(table, column));
+                    source.Execute(QString("ALTER TABLE %1 DROP COLUMN OLD_DAY").arg(table));
+                }
+            };
+            Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), TestTarget::On::Embedded, dashed);
+            fixture.Run();
+            const QString difference = fixture.Compare("expected.txt", fixture.Outcome());
+            QVERIFY2(difference.isEmpty(), qPrintable(difference));
+        }
+    }
+
+    void ADayThatCannotBeComparedIsRefused() {
+        const QString module = "modImport_Esatto";
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        Change(fixture, "UPDATE ListiniRighe SET DataInizio = '24/12/2023' WHERE PrezzoLis = 90");
+        fixture.RunLine("ImportArticoliE");
+        const QString end = fixture.Results().last().errors.join('\n');
+        QVERIFY2(end.contains("Non è stato scritto nulla") &&
+                     end.contains("origine: colonna 'ListiniRighe.DataInizio': '24/12/2023' non è un giorno"),
+                 qPrintable(end));
     }
 
     void RowsOfAnotherCompanyAreNotRead() {
@@ -249,6 +343,14 @@ private slots:
         Change(fixture, "ALTER TABLE CliFor DROP COLUMN Cig");
         Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig INTEGER");
         QCOMPARE(told(), QString("CliFor: di altro tipo Cig (INTEGER, prima VARCHAR(10))"));
+        const auto retype = [&fixture](const QString& type) {
+            Change(fixture, "ALTER TABLE CliFor DROP COLUMN Cig");
+            Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig " + type);
+        };
+        retype({}); // as one of a sheet without any value has it
+        QCOMPARE(told(), QString());
+        retype("DATE");
+        QCOMPARE(told(), QString("CliFor: di altro tipo Cig (DATE, prima INTEGER)"));
     }
 
     void WhatFitsNothingIsAnError_data() {
@@ -307,11 +409,3 @@ private slots:
 
 QUADRIX_TEST(TestLayouts)
 #include "test_layouts.moc"
-        const auto retype = [&fixture](const QString& type) {
-            Change(fixture, "ALTER TABLE CliFor DROP COLUMN Cig");
-            Change(fixture, "ALTER TABLE CliFor ADD COLUMN Cig " + type);
-        };
-        retype({}); // as one of a sheet without any value has it
-        QCOMPARE(told(), QString());
-        retype("DATE");
-        QCOMPARE(told(), QString("CliFor: di altro tipo Cig (DATE, prima INTEGER)"));

@@ -331,7 +331,10 @@ void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
                     continue;
                 }
                 target.Set(place, unit);
-                if (isSecond && each.factor.IsSet()) {
+                for (const QString& column : sourceCodes == nullptr ? QStringList() : each.unit.Columns()) {
+                    (*sourceCodes)[place].append(one.Text(column));
+                }
+                if (isSecond && each.factor.IsGiven(one)) {
                     target.Set("ARCOE", each.factor.Value(session, one));
                 }
                 hasSecond = hasSecond || isSecond;
@@ -376,11 +379,11 @@ SupplierLink ArticleImporter::LinkOf(const SourceRow& row, const SupplierOfArtic
     Session& session = GetSession();
     const auto number = [&](const Field& field) {
         const QVariant told = field.NumberOrNull(session, row);
-        return told.isNull() && field.IsSet() ? QVariant(QMetaType::fromType<double>()) : told;
+        return told.isNull() && field.IsGiven(row) ? QVariant(QMetaType::fromType<double>()) : told;
     };
     return {.supplier = supplier,
-            .price = of.price.IsSet() ? QVariant(of.price.Number(session, row)) : QVariant(),
-            .preferred = of.preferred.IsSet() ? mod_ovTools::ToBoolean(of.preferred.Value(session, row)) : isFirst,
+            .price = of.price.IsGiven(row) ? QVariant(of.price.Number(session, row)) : QVariant(),
+            .preferred = of.preferred.IsGiven(row) ? mod_ovTools::ToBoolean(of.preferred.Value(session, row)) : isFirst,
             .leadDays = number(of.leadDays),
             .lot = number(of.lot),
             .minimum = number(of.minimum)};

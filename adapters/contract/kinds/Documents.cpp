@@ -149,7 +149,7 @@ QString DocumentImporter::Condition() const {
     }
     const QString column = Declared().head.day.Columns().value(0);
     const QString day = Declared().source.joins.empty() ? column : QString(u"T." + column);
-    return QStringLiteral("(%1 >= %2 OR %1 IS NULL)").arg(day, LiteralOf(source, m_from));
+    return QStringLiteral("(%1 >= %2 OR %1 IS NULL)").arg(DayColumn(source, day), LiteralOf(source, m_from));
 }
 
 Importer::LeftOut DocumentImporter::LeavesOut() const {
@@ -328,7 +328,7 @@ void DocumentImporter::RequireParty(const Place& place, const Facts& facts) {
 
 QString DocumentImporter::CauseOf(const SourceRow& row, const DocumentKind& kind) {
     const Field& field = Declared().cause;
-    const QString cause = field.IsSet() ? field.Text(GetSession(), row) : kind.cause;
+    const QString cause = field.IsGiven(row) ? field.Text(GetSession(), row) : kind.cause;
     if (cause.isEmpty()) {
         throw ImportError(QStringLiteral("colonna '%1': nessuna causale per '%2': va tradotta in SYS_IMP")
                               .arg(field.Columns().join(QStringLiteral("', '")), row.Text(field.Columns().value(0))));
@@ -405,7 +405,9 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     }
     values.vatCode = fields.vatCode.Text(session, row, facts);
     values.tellsVat = fields.vatCode.IsSet();
-    values.state = fields.state.IsSet() ? fields.state.Text(session, row) : kind.isOpen ? StateOf(values) : Delivered;
+    values.state = fields.state.IsGiven(row) ? fields.state.Text(session, row)
+                   : kind.isOpen             ? StateOf(values)
+                                             : Delivered;
     return values;
 }
 

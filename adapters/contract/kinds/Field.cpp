@@ -54,7 +54,7 @@ RuleValue Field::Apply(Session& session, const SourceRow& row, const Facts& fact
         return std::nullopt;
     }
     try {
-        return m_line->rule.apply({session, row, m_line->sources, facts});
+        return m_line->ValueOf(session, row, facts);
     } catch (const ImportError& error) {
         Refuse(error.Message());
     }

@@ -163,7 +163,7 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         const QString list = owner.isEmpty() ? price.list.Text(session, row) : owner;
         const QString direction = DirectionOf(row, price);
         Validity validity{price.from.Day(session, row)};
-        if (price.to.IsSet()) {
+        if (price.to.IsGiven(row)) {
             validity.to = price.to.Day(session, row);
         }
         const ListHead head = m_writer.Head(list, direction,
@@ -173,8 +173,9 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         if (!owner.isEmpty()) {
             GiveList(owner, direction);
         }
-        const qint64 owning = m_writer.Article(
-            head, article, validity, price.note.IsSet() ? std::optional(price.note.Text(session, row)) : std::nullopt);
+        const qint64 owning =
+            m_writer.Article(head, article, validity,
+                             price.note.IsGiven(row) ? std::optional(price.note.Text(session, row)) : std::nullopt);
         const RowOutcome one = isFrom ? m_writer.AddScaleFrom(owning, scale) : m_writer.AddScale(owning, scale);
         outcome = outcome == RowOutcome::Inserted ? outcome : one;
     }

@@ -13,19 +13,21 @@ struct Days {
 
     QString Since(const ovConnection& source, const QDate& from) const {
         const QString literal = format.isEmpty() ? LiteralOf(source, from) : LiteralOf(source, from.toString(format));
-        return Each(QStringLiteral("%1 >= ") + literal, QStringLiteral(" OR "));
+        return Each(source, QStringLiteral("%1 >= ") + literal, QStringLiteral(" OR "));
     }
     /// A text is none when it is blank or all zeros.
-    QString Missing() const {
-        return Each(format.isEmpty() ? QStringLiteral("%1 IS NULL") : QStringLiteral("(%1 IS NULL OR %1 < '1')"),
+    QString Missing(const ovConnection& source) const {
+        return Each(source,
+                    format.isEmpty() ? QStringLiteral("%1 IS NULL") : QStringLiteral("(%1 IS NULL OR %1 < '1')"),
                     QStringLiteral(" AND "));
     }
 
 private:
-    QString Each(const QString& condition, const QString& between) const {
+    QString Each(const ovConnection& source, const QString& condition, const QString& between) const {
         QStringList conditions;
         for (const QString& column : columns) {
-            conditions.append(QString(condition).replace(QStringLiteral("%1"), column));
+            const QString day = format.isEmpty() ? DayColumn(source, column) : column;
+            conditions.append(QString(condition).replace(QStringLiteral("%1"), day));
         }
         const QString all = conditions.join(between);
         return conditions.size() == 1 ? all : QStringLiteral("(%1)").arg(all);
@@ -79,7 +81,8 @@ private:
 
 /// The condition on the day leaves them behind, and nobody would know.
 void Restricted::TellWithoutDay() const {
-    const auto loop = m_asked.source.Loop(Run(), m_asked.step, With(m_asked.days.Missing()), {});
+    const auto loop =
+        m_asked.source.Loop(Run(), m_asked.step, With(m_asked.days.Missing(GetSession().SourceConnection())), {});
     const qint64 count = GetSession().SourceConnection().ExecuteCommand(loop.count);
     if (count > 0) {
         Run().Log(QStringLiteral("RIGHE SENZA DATA: tabella '%1', %2: %3 non importate")

@@ -28,11 +28,10 @@ QString WordsOf(const ChildTable& rows) {
 Rule OfFirst(const QString& parent, const ChildTable& rows, const QString& columns, const Rule& rule) {
     const QStringList names = columns.split(QStringLiteral(", "));
     return {QStringLiteral("%1 della sua prima riga di %2: %3").arg(columns, WordsOf(rows), rule.text),
-            [rows, names, apply = rule.apply](const RuleInput& input) {
+            [rows, line = MapLine({}, columns, rule)](const RuleInput& input) {
                 RuleValue value;
-                rows.First(input.session, input.row, [&](const SourceRow& first) {
-                    value = apply({input.session, first, names, input.facts});
-                });
+                rows.First(input.session, input.row,
+                           [&](const SourceRow& first) { value = line.ValueOf(input.session, first, input.facts); });
                 return value;
             },
             rule.side, ReadsOf(parent, rows, names) + rule.reads};

@@ -7,18 +7,46 @@ namespace contract {
 
 namespace {
 
+/// What is wrong with a row, told in one: who mends it sees all of it.
+class Faults {
+public:
+    /// Takes a fault; raises those so far where nobody would read more, and by itself what the operator has seen or a
+    /// failed look-up has made.
+    void Take(ImportError fault, const MapLine& line) {
+        if (!line.sources.isEmpty()) {
+            fault.AddContext(QStringLiteral("colonna '%1'").arg(line.sources.join(QStringLiteral("', '"))));
+        }
+        if (fault.WasShown() || fault.IsOfLookUp()) {
+            throw ImportError(fault);
+        }
+        if (!m_told.contains(fault.Message())) {
+            m_told.append(fault.Message());
+        }
+        if (m_told.size() == Most) {
+            Raise();
+        }
+    }
+    void Raise() const {
+        if (!m_told.isEmpty()) {
+            throw ImportError(m_told.join(QStringLiteral("; ")));
+        }
+    }
+
+private:
+    static constexpr qsizetype Most = 5;
+
+    QStringList m_told;
+};
+
 void ApplyLines(const std::vector<MapLine>& lines, TargetRow& target, Session& session, const SourceRow& row,
-                const Facts& facts) {
+                const Facts& facts, Faults& faults) {
     for (const MapLine& line : lines) {
         try {
-            if (const RuleValue value = line.rule.apply({session, row, line.sources, facts})) {
-                target.Set(line.target, *value);
+            if (const RuleValue value = line.ValueOf(session, row, facts)) {
+                line.IsLackingIn(row) ? target.SetWhenNew(line.target, *value) : target.Set(line.target, *value);
             }
-        } catch (ImportError& error) {
-            if (!line.sources.isEmpty()) {
-                error.AddContext(QStringLiteral("colonna '%1'").arg(line.sources.join(QStringLiteral("', '"))));
-            }
-            throw;
+        } catch (const ImportError& fault) {
+            faults.Take(fault, line);
         }
     }
 }
@@ -39,9 +67,25 @@ MapLine::MapLine(MapLine&&) noexcept = default;
 MapLine& MapLine::operator=(const MapLine&) = default;
 MapLine& MapLine::operator=(MapLine&&) noexcept = default;
 
+bool MapLine::IsLacking(const std::function<bool(const QString& column)>& isMissing) const {
+    const QStringList needed = sources.first(std::min<qsizetype>(rule.vital, sources.size()));
+    return !sources.isEmpty() && (std::all_of(sources.begin(), sources.end(), isMissing) ||
+                                  std::any_of(needed.begin(), needed.end(), isMissing));
+}
+
+bool MapLine::IsLackingIn(const SourceRow& row) const {
+    return row.HasMissing() && IsLacking([&row](const QString& column) { return row.IsMissing(column); });
+}
+
+RuleValue MapLine::ValueOf(Session& session, const SourceRow& row, const Facts& facts) const {
+    return IsLackingIn(row) && !rule.hasDefault ? RuleValue() : rule.apply({session, row, sources, facts});
+}
+
 void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const {
-    ApplyLines(lines, target, session, row, facts);
-    ApplyLines(AddedLines(session, *this), target, session, row, facts);
+    Faults faults;
+    ApplyLines(lines, target, session, row, facts, faults);
+    ApplyLines(AddedLines(session, *this), target, session, row, facts, faults);
+    faults.Raise();
 }
 
 QStringList Mapping::SourceColumns() const {

@@ -17,6 +17,12 @@ struct MapLine {
     MapLine& operator=(const MapLine&);
     MapLine& operator=(MapLine&&) noexcept;
 
+    /// Whether the source lacks what the line would write: all of its columns, or one that its rule needs.
+    bool IsLacking(const std::function<bool(const QString& column)>& isMissing) const;
+    bool IsLackingIn(const SourceRow& row) const;
+    /// What the rule gives for a row; left out where the source lacks it, unless Quadrix has a value of its own for it.
+    RuleValue ValueOf(Session& session, const SourceRow& row, const Facts& facts) const;
+
     QString target;
     QStringList sources;
     Rule rule;
@@ -33,8 +39,9 @@ struct Mapping {
     /// Whether the query names its columns and each row stands for several of the table: no other column can be read.
     bool isOfKeys = false;
 
-    /// Sets every column whose rule gives a value, then those that the layout of the source adds. An `ImportError` of a
-    /// rule or of a value that does not fit gains the name of its source column.
+    /// Sets every column whose rule gives a value, then those that the layout of the source adds. What the source lacks
+    /// is left out, but for values of Quadrix's own in a new row. The `ImportError`s
+    /// of rules and of values that do not fit become one, each with the name of its source column.
     void Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const;
     /// Source columns that are read, each once.
     QStringList SourceColumns() const;

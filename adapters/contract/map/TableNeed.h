@@ -12,6 +12,7 @@ struct TableNeed {
     QStringList columns;
     QStringList optional = {}; ///< of the source: read, but the procedure works without them
     bool mayLack = false;      ///< of the source: some releases do not have the table, and so no rows of it
+    QStringList days = {};     ///< of the source: columns whose days have to be readable (`DayColumn`)
     bool isLookedUp = false;   ///< of the target: only read, else its rows are inserted, changed and deleted
 };
 

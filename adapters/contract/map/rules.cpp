@@ -216,10 +216,11 @@ Rule FirstNotZero() {
 }
 
 Rule MarkUp() {
-    return {"ricarico percentuale della prima sulla successiva diversa da zero, 2 decimali",
-            [](const RuleInput& input) {
-                return RuleValue(MarkUpOf(NumberIn(input.row, input.columns.first()), FirstNumber(input, 1)));
-            }};
+    return Needing(
+        1,
+        {"ricarico percentuale della prima sulla successiva diversa da zero, 2 decimali", [](const RuleInput& input) {
+             return RuleValue(MarkUpOf(NumberIn(input.row, input.columns.first()), FirstNumber(input, 1)));
+         }});
 }
 
 Rule CodeAndText(int count) {
@@ -266,11 +267,12 @@ Rule Flag() {
 }
 
 Rule UpperOr(int count, const QString& blank) {
-    return {QStringLiteral("primi %1 caratteri maiuscoli, \"%2\" se è vuoto").arg(count).arg(blank),
-            [count, blank](const RuleInput& input) {
-                const QString text = FirstOf(input.Text(), count).toUpper();
-                return RuleValue(text.isEmpty() ? blank : text);
-            }};
+    return WithDefault({QStringLiteral("primi %1 caratteri maiuscoli, \"%2\" se è vuoto").arg(count).arg(blank),
+                        [count, blank](const RuleInput& input) {
+                            const QString text = FirstOf(input.Text(), count).toUpper();
+                            return RuleValue(text.isEmpty() ? blank : text);
+                        }},
+                       !blank.isEmpty());
 }
 
 Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherwise) {
@@ -300,9 +302,9 @@ Rule Today() {
 }
 
 Rule MomentOrNow() {
-    return {"com'è letto, momento dell'importazione se è vuoto", [](const RuleInput& input) {
-                return RuleValue(input.Text().isEmpty() ? QVariant(input.session.Now()) : input.Value());
-            }};
+    return WithDefault({"com'è letto, momento dell'importazione se è vuoto", [](const RuleInput& input) {
+                            return RuleValue(input.Text().isEmpty() ? QVariant(input.session.Now()) : input.Value());
+                        }});
 }
 
 Rule Code() {
@@ -331,24 +333,27 @@ Rule Translated(const QString& table, const QString& field) {
 
 Rule TranslatedOr(const QString& table, const QString& field, const QString& blank) {
     const Rule translated = Translated(table, field);
-    return {QStringLiteral("%1, \"%2\" se è vuoto").arg(translated.text, blank),
-            [translated, blank](const RuleInput& input) {
-                return input.Text().isEmpty() ? RuleValue(blank) : translated.apply(input);
-            }};
+    return WithDefault({QStringLiteral("%1, \"%2\" se è vuoto").arg(translated.text, blank),
+                        [translated, blank](const RuleInput& input) {
+                            return input.Text().isEmpty() ? RuleValue(blank) : translated.apply(input);
+                        }},
+                       !blank.isEmpty());
 }
 
 Rule TranslatedOrUpper(const QString& table, const QString& field, const QString& blank) {
-    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano e si scrivono "
-                           "maiuscoli, \"%3\" se è vuoto")
-                .arg(table, field, blank),
-            [table, field, blank](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                if (text.isEmpty()) {
-                    return blank;
-                }
-                const QString code = NewCode(input, table, field);
-                return code.isEmpty() ? text.toUpper() : code;
-            }};
+    return WithDefault(
+        {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano e si scrivono "
+                        "maiuscoli, \"%3\" se è vuoto")
+             .arg(table, field, blank),
+         [table, field, blank](const RuleInput& input) -> RuleValue {
+             const QString text = input.Text();
+             if (text.isEmpty()) {
+                 return blank;
+             }
+             const QString code = NewCode(input, table, field);
+             return code.isEmpty() ? text.toUpper() : code;
+         }},
+        !blank.isEmpty());
 }
 
 Rule TranslatedOrKnown(const QString& table, const QString& field, const QString& codeTable) {
@@ -370,22 +375,24 @@ Rule LookedUp(const QString& table, const QString& keyColumn, const QString& col
 }
 
 Rule VatCode(const QString& table, const QString& field) {
-    return {QStringLiteral("\"%3\" se è vuoto; altrimenti tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_IVA "
-                           "lo ha, altrimenti annotato, scritto nel log e \"%3\"")
-                .arg(table, field, schema::defaults::VatCode),
-            [table, field](const RuleInput& input) {
-                const QString code = VatCodeOf(input.session, table, field, input.Text());
-                return RuleValue(code.isEmpty() ? schema::defaults::VatCode : code);
-            }};
+    return WithDefault(
+        {QStringLiteral("\"%3\" se è vuoto; altrimenti tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_IVA "
+                        "lo ha, altrimenti annotato, scritto nel log e \"%3\"")
+             .arg(table, field, schema::defaults::VatCode),
+         [table, field](const RuleInput& input) {
+             const QString code = VatCodeOf(input.session, table, field, input.Text());
+             return RuleValue(code.isEmpty() ? schema::defaults::VatCode : code);
+         }});
 }
 
 Rule Currency(const QString& table, const QString& field) {
-    return {QStringLiteral("\"%3\" se è vuoto; altrimenti tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_VAL "
-                           "lo ha, altrimenti annotato, scritto nel log e \"%3\"")
-                .arg(table, field, schema::defaults::Currency),
-            [table, field](const RuleInput& input) {
-                return RuleValue(CurrencyOf(input.session, table, field, input.Text()));
-            }};
+    return WithDefault(
+        {QStringLiteral("\"%3\" se è vuoto; altrimenti tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_VAL "
+                        "lo ha, altrimenti annotato, scritto nel log e \"%3\"")
+             .arg(table, field, schema::defaults::Currency),
+         [table, field](const RuleInput& input) {
+             return RuleValue(CurrencyOf(input.session, table, field, input.Text()));
+         }});
 }
 
 Rule Exemption(const Rule& vatCode) {
@@ -404,42 +411,49 @@ Rule ExemptVat(const QString& table, const QString& field) {
 }
 
 Rule Country(const QString& table, const QString& field) {
-    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano; altrimenti \"ITA\" per "
-                           "vuoto e Italia, altrimenti un testo di tre caratteri com'è")
-                .arg(table, field),
-            [table, field](const RuleInput& input) -> RuleValue {
-                static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
-                const QString text = input.Text().toUpper();
-                const QString code = NewCode(input, table, field);
-                if (!code.isEmpty()) {
-                    return code;
-                }
-                if (italy.contains(text)) {
-                    return schema::defaults::Country;
-                }
-                constexpr int codeSize = 3;
-                return text.size() == codeSize ? RuleValue(text) : RuleValue();
-            }};
+    return WithDefault(
+        {QStringLiteral("tradotto con SYS_IMP (%1, %2), i codici che mancano vi si annotano; altrimenti \"ITA\" per "
+                        "vuoto e Italia, altrimenti un testo di tre lettere com'è")
+             .arg(table, field),
+         [table, field](const RuleInput& input) -> RuleValue {
+             static const QStringList italy{QString(), "I", "IT", "ITA", "ITALIA"};
+             const QString text = input.Text().toUpper();
+             const QString code = NewCode(input, table, field);
+             if (!code.isEmpty()) {
+                 return code;
+             }
+             if (italy.contains(text)) {
+                 return schema::defaults::Country;
+             }
+             constexpr int codeSize = 3;
+             const bool isCode = text.size() == codeSize && // a number is one of the source's own
+                                 std::all_of(text.begin(), text.end(), [](QChar c) { return c.isLetter(); });
+             return isCode ? RuleValue(text) : RuleValue();
+         }});
 }
 
 Rule Or(const Rule& rule, const QVariant& otherwise) {
     const QString words =
         otherwise.isNull() ? QStringLiteral("vuoto") : QString(u'"' + mod_ovTools::ToText(otherwise) + u'"');
-    return {QStringLiteral("%1; %2 se manca").arg(rule.text, words),
-            [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
-                RuleValue value = apply(input);
-                return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);
-            },
-            rule.side, rule.reads};
+    Rule whole{QStringLiteral("%1; %2 se manca").arg(rule.text, words),
+               [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
+                   RuleValue value = apply(input);
+                   return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);
+               },
+               rule.side, rule.reads};
+    whole.hasDefault = !otherwise.isNull();
+    return whole;
 }
 
 Rule Or(const Rule& rule, const Rule& otherwise) {
-    return {QStringLiteral("%1; se manca %2").arg(rule.text, otherwise.text),
-            [apply = rule.apply, other = otherwise.apply](const RuleInput& input) -> RuleValue {
-                RuleValue value = apply(input);
-                return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : other(input);
-            },
-            rule.side, rule.reads + otherwise.reads};
+    Rule whole{QStringLiteral("%1; se manca %2").arg(rule.text, otherwise.text),
+               [apply = rule.apply, other = otherwise.apply](const RuleInput& input) -> RuleValue {
+                   RuleValue value = apply(input);
+                   return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : other(input);
+               },
+               rule.side, rule.reads + otherwise.reads};
+    whole.hasDefault = otherwise.hasDefault;
+    return whole;
 }
 
 Rule NotNull(const Rule& rule) {
@@ -466,6 +480,7 @@ Rule CustomerOnly(const Rule& rule) {
     Rule only = Only(
         "solo clienti", [](const RuleInput& input) { return input.facts.roles.customer; }, rule);
     only.side = Side::Customer;
+    only.hasDefault = rule.hasDefault;
     return only;
 }
 
@@ -473,6 +488,7 @@ Rule SupplierOnly(const Rule& rule) {
     Rule only = Only(
         "solo fornitori", [](const RuleInput& input) { return input.facts.roles.supplier; }, rule);
     only.side = Side::Supplier;
+    only.hasDefault = rule.hasDefault;
     return only;
 }
 

@@ -62,7 +62,14 @@ struct Rule {
     Work apply;
     Side side;
     std::vector<TableNeed> reads; ///< of the source, beyond the row under way
+    int vital = 0;                ///< where the source lacks one of so many first columns, it says nothing
+    bool hasDefault = false;      ///< a row that says nothing gets a value of Quadrix's own, such as the usual currency
 };
+
+/// A rule that says nothing where the source lacks one of its first columns, whatever the others hold.
+Rule Needing(int columns, Rule rule);
+/// A rule that has a value of Quadrix's own for a row that says nothing. @param has false where that value is blank
+Rule WithDefault(Rule rule, bool has = true);
 
 /// The rules of the mapping tables. Texts come without surrounding blanks.
 namespace rules {
@@ -197,7 +204,7 @@ Rule Exemption(const Rule& vatCode);
 Rule ExemptVat(const QString& table, const QString& field);
 
 /// A country: as `Translated`; without a translation "ITA" for blank, "I", "IT", "ITA" and "ITALIA", else the text when
-/// it has three characters, else left out.
+/// it has three letters, else left out.
 Rule Country(const QString& table, const QString& field);
 
 /// `otherwise` when the rule gives no value, or a blank one.

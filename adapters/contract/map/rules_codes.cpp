@@ -44,17 +44,19 @@ Rule KnownCounterparty(const QString& who, const QString& codeColumn, const QStr
 } // namespace
 
 Rule Unit(const QString& table, const QString& field, const QString& blank) {
-    return {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_UMS lo ha, altrimenti annotato e "
-                           "scritto maiuscolo; \"%3\" se è vuoto")
-                .arg(table, field, blank),
-            [table, field, blank](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                if (text.isEmpty()) {
-                    return blank;
-                }
-                const QString code = TranslatedCode(input.session, table, field, text, QStringLiteral("TAB_UMS"));
-                return code.isEmpty() ? text.toUpper() : code;
-            }};
+    return WithDefault(
+        {QStringLiteral("tradotto con SYS_IMP (%1, %2), altrimenti com'è se TAB_UMS lo ha, altrimenti annotato e "
+                        "scritto maiuscolo; \"%3\" se è vuoto")
+             .arg(table, field, blank),
+         [table, field, blank](const RuleInput& input) -> RuleValue {
+             const QString text = input.Text();
+             if (text.isEmpty()) {
+                 return blank;
+             }
+             const QString code = TranslatedCode(input.session, table, field, text, QStringLiteral("TAB_UMS"));
+             return code.isEmpty() ? text.toUpper() : code;
+         }},
+        !blank.isEmpty());
 }
 
 Rule Work(const QString& table, const QString& field) {

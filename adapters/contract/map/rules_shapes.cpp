@@ -66,6 +66,16 @@ std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
     }
 }
 
+Rule Needing(int columns, Rule rule) {
+    rule.vital = columns;
+    return rule;
+}
+
+Rule WithDefault(Rule rule, bool has) {
+    rule.hasDefault = has;
+    return rule;
+}
+
 namespace rules {
 
 Rule FirstNotBlank(const Rule& rule) {
@@ -123,9 +133,10 @@ Rule Day(const QDate& none) {
 }
 
 Rule DayOrToday() {
-    return {"data, giorno dell'importazione se è vuota", [day = Day().apply](const RuleInput& input) -> RuleValue {
-                return input.Text().isEmpty() ? RuleValue(input.session.UserManager.DataElaborazione) : day(input);
-            }};
+    return WithDefault(
+        {"data, giorno dell'importazione se è vuota", [day = Day().apply](const RuleInput& input) -> RuleValue {
+             return input.Text().isEmpty() ? RuleValue(input.session.UserManager.DataElaborazione) : day(input);
+         }});
 }
 
 Rule HasExpired() {
@@ -152,18 +163,18 @@ Rule Implied(int decimals) {
 }
 
 Rule UnitFactor() {
-    return {"fattore, \"*\" il numero e \"/\" il suo inverso; niente se è zero",
-            [](const RuleInput& input) -> RuleValue {
-                const double number = NumberOf(input.row, input.columns.last());
-                const QString how = input.row.Text(input.columns.first());
-                if (number == 0) {
-                    return std::nullopt;
-                }
-                if (how != u"*" && how != u"/") {
-                    throw ImportError(QStringLiteral("'%1' non è né * né /").arg(how));
-                }
-                return ::RoundedTo(how == u"*" ? number : 1 / number, UnitDecimals);
-            }};
+    return Needing(2, {"fattore, \"*\" il numero e \"/\" il suo inverso, di 1 anche senza segno; niente se è zero",
+                       [](const RuleInput& input) -> RuleValue {
+                           const double number = NumberOf(input.row, input.columns.last());
+                           const QString how = input.row.Text(input.columns.first());
+                           if (number == 0) {
+                               return std::nullopt;
+                           }
+                           if (how != u"*" && how != u"/" && (number != 1 || !how.isEmpty())) {
+                               throw ImportError(QStringLiteral("'%1' non è né * né /").arg(how));
+                           }
+                           return ::RoundedTo(how == u"/" ? 1 / number : number, UnitDecimals);
+                       }});
 }
 
 Rule NotZero() {

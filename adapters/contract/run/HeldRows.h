@@ -13,7 +13,7 @@ public:
 
     /// @param source the recordset that the rows come from
     explicit HeldRows(const Recordset& source) {
-        auto cursor = std::make_unique<HeldCursor>(source.Columns());
+        auto cursor = std::make_unique<HeldCursor>(source);
         m_cursor = cursor.get();
         m_shown = Recordset(std::move(cursor), source.Query());
     }
@@ -42,8 +42,12 @@ public:
 
 private:
     struct HeldCursor final : Cursor {
-        explicit HeldCursor(QStringList names)
-            : columns(std::move(names)) {}
+        explicit HeldCursor(const Recordset& source)
+            : columns(source.Columns()) {
+            for (const QString& column : source.HasMissing() ? columns : QStringList()) {
+                missing.push_back(source.IsMissing(column));
+            }
+        }
         bool Next() override { return true; }
         const QStringList& Columns() const override { return columns; }
         QVariant Value(int column) const override {
@@ -53,8 +57,11 @@ private:
             }
             return value;
         }
+        bool HasMissing() const override { return !missing.empty(); }
+        bool IsMissing(int column) const override { return HasMissing() && missing[static_cast<size_t>(column)]; }
 
         QStringList columns;
+        std::vector<bool> missing; ///< by column; empty where none is
         const Row* row = nullptr;
     };
 

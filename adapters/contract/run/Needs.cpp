@@ -71,7 +71,12 @@ public:
         for (const QString& column : table.optional) {
             if (!Has(present, column)) {
                 m_lacks.optional.append(line(column));
-                m_lacks.leftOut.append({table.name, column, table.feeds.value(column)});
+                m_lacks.leftOut.append({table.name, column});
+            }
+        }
+        for (const QString& column : m_connection.Embedded ? table.days : QStringList()) {
+            if (Has(present, column)) {
+                LookForDays(table.name, column);
             }
         }
     }
@@ -85,6 +90,17 @@ private:
                          ": è necessaria. Indicare in [COLONNE] la colonna che la sostituisce; se l'origine "
                          "non ne ha una, indicare in [TABELLE] una vista o una copia della tabella che abbia "
                          "in più una colonna vuota con questo nome");
+    }
+    /// A day that is written otherwise is neither before nor after another.
+    void LookForDays(const QString& table, const QString& column) {
+        const Recordset others =
+            m_connection.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 WHERE TRIM(%1) > '' AND %3 IS NULL")
+                                       .arg(column, table, DayColumn(m_connection, column)));
+        if (!others.Eof()) {
+            m_lacks.necessary.append(QStringLiteral("%1: colonna '%2.%3': '%4' non è un giorno scritto aaaa-mm-gg o "
+                                                    "aaaammgg, e le righe si scelgono per giorno")
+                                         .arg(m_where, table, column, SourceRow(others).Text(column)));
+        }
     }
     /// How the source calls a table, where that is another name.
     QString CalledOtherwise(const QString& table) const {
@@ -178,7 +194,11 @@ NeededTables NeededTables::Read(const Needs& needs) {
     }
     QStringList mayLack; // whatever else is read of them, such as by a mapping
     for (const TableNeed& need : needs.reads) {
-        tables.Take(need.table, need.columns, need.optional).isNecessary = true;
+        Table& table = tables.Take(need.table, need.columns, need.optional);
+        table.isNecessary = true;
+        for (const QString& day : need.days) {
+            AddOnce(table.days, day);
+        }
         mayLack += need.mayLack ? QStringList(need.table) : QStringList();
     }
     for (const QString& table : std::as_const(mayLack)) {
@@ -257,6 +277,37 @@ Lacks LacksOf(Session& session, const Needs& needs) {
     return lacks;
 }
 
+namespace {
+
+/// What becomes of the target columns that lacking columns feed.
+QStringList Consequences(const Needs& needs, const Lacks& lacks) {
+    QStringList empty;
+    QStringList usual;
+    QStringList others;
+    for (const Mapping* mapping : needs.mappings) {
+        const auto isMissing = [&](const QString& column) {
+            return std::any_of(lacks.leftOut.begin(), lacks.leftOut.end(), [&](const Lacks::Column& one) {
+                return Has({one.table}, mapping->sourceTable) && Has({one.column}, column);
+            });
+        };
+        for (const MapLine& line : mapping->lines) {
+            if (std::any_of(line.sources.begin(), line.sources.end(), isMissing)) {
+                QStringList& told = !line.IsLacking(isMissing) ? others : line.rule.hasDefault ? usual : empty;
+                AddOnce(told, mapping->targetTable + u'.' + line.target);
+            }
+        }
+    }
+    QStringList texts;
+    for (const auto& [words, columns] : {std::pair{QStringLiteral("non valorizzate: "), empty},
+                                         std::pair{QStringLiteral("nelle righe nuove con il valore consueto: "), usual},
+                                         std::pair{QStringLiteral("con le altre colonne: "), others}}) {
+        texts += columns.isEmpty() ? QStringList() : QStringList(words + columns.join(QStringLiteral(", ")));
+    }
+    return texts;
+}
+
+} // namespace
+
 QString LeaveOut(Session& session, const Needs& needs, const Lacks& lacks) {
     if (lacks.leftOut.isEmpty()) {
         return {};
@@ -266,16 +317,13 @@ QString LeaveOut(Session& session, const Needs& needs, const Lacks& lacks) {
         layout.Know(table.name, table.necessary + table.optional);
     }
     QStringList columns;
-    QStringList feeds;
     for (const Lacks::Column& column : lacks.leftOut) {
         layout.CallColumn(column.table, column.column, {});
         columns.append(column.table + u'.' + column.column);
-        for (const QString& target : column.feeds) {
-            AddOnce(feeds, target);
-        }
     }
-    return QStringLiteral("COLONNE CHE MANCANO NELL'ORIGINE: ") + columns.join(QStringLiteral(", ")) +
-           (feeds.isEmpty() ? QString() : QStringLiteral("; non valorizzate: ") + feeds.join(QStringLiteral(", ")));
+    const QStringList told{columns.join(QStringLiteral(", "))};
+    return QStringLiteral("COLONNE CHE MANCANO NELL'ORIGINE: ") +
+           (told + Consequences(needs, lacks)).join(QStringLiteral("; "));
 }
 
 } // namespace contract

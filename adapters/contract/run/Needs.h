@@ -25,6 +25,7 @@ public:
         QStringList necessary;
         QStringList optional;
         QMap<QString, QStringList> feeds = {}; ///< target columns, as "CON_TRO.CONOT", by column
+        QStringList days = {};                 ///< columns whose days have to be readable
         bool isNecessary = false;              ///< else the procedure works without the table
     };
 
@@ -53,11 +54,10 @@ QSet<QString> WrittenTables(const Needs& needs);
 struct Lacks {
     QStringList necessary; ///< a line for each table and column, with the near names that the source has
     QStringList optional;  ///< the same
-    /// Columns of the source that are left out: table, column and the target columns that stay empty.
+    /// Columns of the source that are left out.
     struct Column {
         QString table;
         QString column;
-        QStringList feeds;
     };
     QVector<Column> leftOut;
 
@@ -65,12 +65,13 @@ struct Lacks {
     QString Text() const;
 };
 
-/// Looks for what a procedure needs, tables and columns each once, and for those that the layout of the source names.
+/// Looks for what a procedure needs, tables and columns each once, and for those that the layout of the source names;
+/// in a SQLite file, which keeps days as anything, also for days that conditions cannot compare.
 /// Raises `SqlError` when a database cannot be asked, and `ImportError` for an entry of the layout that fits nothing.
 Lacks LacksOf(Session& session, const Needs& needs);
 
 /// Has the source give Null for the columns that it lacks and the procedure can do without. Returns the line that tells
-/// them; empty when there are none.
+/// them, and what becomes of the target columns that they feed; empty when there are none.
 QString LeaveOut(Session& session, const Needs& needs, const Lacks& lacks);
 
 } // namespace contract

@@ -84,6 +84,16 @@ QString LiteralOf(const ovConnection& source, const QVariant& value) {
     return mod_ovTools::FormatSqlValue(TextAsIs(value), TypeOf(value), source.ProviderType);
 }
 
+QString DayColumn(const ovConnection& source, const QString& column) {
+    static const QString two = QStringLiteral("[0-9][0-9]");
+    static const QString digits = two + two + two + two;
+    static const QString dashed = two + two + u'-' + two + u'-' + two;
+    return source.Embedded ? QStringLiteral("CASE WHEN %1 GLOB '%2*' OR %1 GLOB '%3' OR %1 GLOB '%3[ T]*' THEN "
+                                            "SUBSTR(REPLACE(%1, '-', ''), 1, 8) END")
+                                 .arg(column, dashed, digits)
+                           : column;
+}
+
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
                   const std::function<void(const SourceRow&)>& work) {
     Recordset rows = session.SourceConnection().ExecuteWC(query);

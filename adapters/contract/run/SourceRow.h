@@ -20,6 +20,10 @@ public:
     /// Whether the text is empty.
     bool IsBlank(QAnyStringView column) const { return Text(column).isEmpty(); }
     bool HasColumn(QAnyStringView column) const { return m_rows.HasColumn(column); }
+    /// Whether the source lacks some of the columns that are asked of it.
+    bool HasMissing() const { return m_rows.HasMissing(); }
+    /// Whether it lacks this one, which is Null for that reason.
+    bool IsMissing(QAnyStringView column) const { return m_rows.IsMissing(column); }
 
 private:
     const Recordset& m_rows;
@@ -43,6 +47,11 @@ std::optional<QDate> DayOfDigits(const QString& digits);
 DataType TypeOf(const QVariant& value);
 /// A value of a source row as a literal of the source's own statements.
 QString LiteralOf(const ovConnection& source, const QVariant& value);
+
+/// A column of days where conditions of the source's own statements compare it with `LiteralOf` a day. A SQLite file
+/// keeps days as texts of any form: there it is the day as that literal has it, and Null for what is written neither
+/// "2024-02-01 10:30" nor "20240201".
+QString DayColumn(const ovConnection& source, const QString& column);
 
 /// Reads the source rows that belong to the one under way, such as the rows of a document, and hands each to `work`.
 /// An `ImportError` gains the name of its row. @param table,keyColumn for that name

@@ -167,6 +167,11 @@ TargetRow& TargetRow::Set(QAnyStringView column, const QVariant& value) {
     return *this;
 }
 
+TargetRow& TargetRow::SetWhenNew(QAnyStringView column, const QVariant& value) {
+    m_whenNew.emplace_back(Find(column).name, value);
+    return *this;
+}
+
 TargetRow& TargetRow::SetId(QAnyStringView column, const PendingRows::Id& id) {
     if (*id == 0) {
         m_links.push_back({column.toString(), id});
@@ -183,7 +188,9 @@ QVariant TargetRow::Value(QAnyStringView column) const {
     const schema::Column* found = m_table->FindColumn(column);
     const QueryField* field = found == nullptr ? nullptr : FieldOf(*found);
     if (field == nullptr) {
-        return {};
+        const auto one = std::find_if(m_whenNew.begin(), m_whenNew.end(),
+                                      [&](const auto& each) { return found != nullptr && each.first == found->name; });
+        return one == m_whenNew.end() ? QVariant() : one->second;
     }
     // Null is a value: only a column that was not set has none.
     return field->Value.isValid() ? field->Value : QVariant(QMetaType::fromType<QString>());

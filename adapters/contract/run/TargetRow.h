@@ -20,9 +20,11 @@ public:
     /// Sets a column; a blank number or date is Null. Codes and texts that people read are written in upper case when
     /// the configuration says so (KEYFIELD_CHAR, TEXTFIELD_CHAR). Setting a column twice keeps the second value.
     TargetRow& Set(QAnyStringView column, const QVariant& value) override;
+    /// Sets a column that has not been set if the row is inserted; one that is there keeps what it has.
+    TargetRow& SetWhenNew(QAnyStringView column, const QVariant& value);
     /// Sets a column to the identity value of a new row, which may not be known yet.
     TargetRow& SetId(QAnyStringView column, const PendingRows::Id& id);
-    /// What a column has been set to; none when it has not been.
+    /// What a column has been set to, also for a new row alone; none when it has not been.
     QVariant Value(QAnyStringView column) const;
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way. The name
     /// or description of a row that was set to nothing is told in the log: nobody will know what it is.
@@ -50,4 +52,5 @@ private:
     PendingRows::Links m_links;
 };
 
+    std::vector<std::pair<QString, QVariant>> m_whenNew; ///< values by column
 } // namespace contract

@@ -97,10 +97,11 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
 namespace {
 
 /// A factor that the source tells of some articles is none of the others: that of before would make other quantities.
-void ClearFactor(const Mapping& mapping, TargetRow& target) {
+void ClearFactor(const Mapping& mapping, const SourceRow& row, TargetRow& target) {
     const QString factor = QStringLiteral("ARCOE");
-    const bool isTold = std::any_of(mapping.lines.begin(), mapping.lines.end(),
-                                    [&factor](const MapLine& line) { return line.target == factor; });
+    const bool isTold = std::any_of(mapping.lines.begin(), mapping.lines.end(), [&](const MapLine& line) {
+        return line.target == factor && !line.IsLackingIn(row);
+    });
     if (isTold && !target.Value(factor).isValid()) {
         target.Set(factor, QVariant());
     }
@@ -136,7 +137,7 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
         if (more) {
             more(target);
         }
-        ClearFactor(mapping, target);
+        ClearFactor(mapping, row, target);
         TellCut(m_run, mapping, row, target);
         TellOther(mapping, target, facts.code);
     });

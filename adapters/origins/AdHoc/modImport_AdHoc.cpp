@@ -26,12 +26,13 @@ const QString DesDive = QStringLiteral("DES_DIVE");
 
 /// The limit counts only where the source checks it.
 Rule CheckedLimit() {
-    return {
-        "arrotondato a 2 decimali; niente se la seconda colonna non è un sì",
-        [limit = RoundedTo(2).apply, isChecked = Flag().apply](const RuleInput& input) -> RuleValue {
-            const bool counts = isChecked({input.session, input.row, {input.columns.last()}, input.facts})->toBool();
-            return counts ? limit({input.session, input.row, {input.columns.first()}, input.facts}) : RuleValue();
-        }};
+    return Needing(
+        2,
+        {"arrotondato a 2 decimali; niente se la seconda colonna non è un sì",
+         [limit = RoundedTo(2).apply, isChecked = Flag().apply](const RuleInput& input) -> RuleValue {
+             const bool counts = isChecked({input.session, input.row, {input.columns.last()}, input.facts})->toBool();
+             return counts ? limit({input.session, input.row, {input.columns.first()}, input.facts}) : RuleValue();
+         }});
 }
 
 /// Quadrix has no mark for a branch that is no longer used: its notes say so.
@@ -132,7 +133,7 @@ Counterparties Controparti() {
                 {"COCCT", "ANCATCON", Translated(Conti, "ANCATCON")},
                 {"COZON", "ANCODZON", Translated(Conti, "ANCODZON")},
                 {"COAGE", "ANCODAG1", TranslatedOrKnown(Conti, "ANCODAG1", "AGE_NTI")},
-                ByRole("COMAC", "COMAF", "ANCONSUP", Text()),
+                ByRole("COMAC", "COMAF", "ANCONSUP", NotBlank(Text())),
                 {"COFID", "ANVALFID, ANFLFIDO", CheckedLimit()},
                 {"COMXO", "ANMAXORD", NotZero()},
                 {"COBLK", "ANFLBLVE", Flag()},

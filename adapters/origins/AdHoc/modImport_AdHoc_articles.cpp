@@ -81,8 +81,8 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     const Recordset prices = source.ExecuteWC(
         "SELECT S.LIPREZZO, S.LISCONT1, S.LISCONT2, S.LISCONT3\rFROM LIS_TINI L\rINNER JOIN LIS_SCAG S ON "
         "S.LICODART = L.LICODART AND S.LIROWNUM = L.CPROWNUM\rWHERE L.LICODART = " +
-        LiteralOf(source, row.Text("ARCODART")) + "\r  AND (L.LIDATATT IS NULL OR L.LIDATATT <= " + today +
-        ")\r  AND (L.LIDATDIS IS NULL OR L.LIDATDIS >= " + today +
+        LiteralOf(source, row.Text("ARCODART")) + "\r  AND (L.LIDATATT IS NULL OR " + DayColumn(source, "L.LIDATATT") +
+        " <= " + today + ")\r  AND (L.LIDATDIS IS NULL OR " + DayColumn(source, "L.LIDATDIS") + " >= " + today +
         ")\rORDER BY L.LICODLIS, L.CPROWNUM, S.LIPREZZO DESC");
     if (prices.Eof()) {
         for (const char* column : {"ARPRZ", "ARSCO", "ARSC2", "ARSC3"}) {
@@ -129,7 +129,9 @@ Needs AmountNeeds() {
             {{ArtIcol, {}, {"ARULTCOS"}},
              {ParRior, {}, {"PRCOSSTA"}},
              {SaldiArt, {"SLCODICE", "SLVALUCA"}},
-             {LisTini, {"LICODART", "CPROWNUM", "LICODLIS", "LIDATATT", "LIDATDIS"}},
+             {.table = LisTini,
+              .columns = {"LICODART", "CPROWNUM", "LICODLIS", "LIDATATT", "LIDATDIS"},
+              .days = {"LIDATATT", "LIDATDIS"}},
              {LisScag, {"LICODART", "LIROWNUM", "LIPREZZO"}, {"LISCONT1", "LISCONT2", "LISCONT3"}}},
             {{"ART_ICO", {"ARCOS", "ARPRZ", "ARSCO", "ARSC2", "ARSC3", "ARRIC"}}}};
 }

@@ -91,8 +91,8 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     const Recordset prices = source.ExecuteWC(
         "SELECT PrezzoLis FROM ListiniRighe\rWHERE CodArticolo = " + LiteralOf(source, row.Text("CodArt")) +
         "\r  AND CodListino = " + LiteralOf(source, FirstList) +
-        "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND (DataInizio IS NULL OR DataInizio <= " +
-        LiteralOf(source, run.GetSession().UserManager.DataElaborazione) + ")\rORDER BY DataInizio DESC");
+        "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND (DataInizio IS NULL OR " + DayColumn(source, "DataInizio") +
+        " <= " + LiteralOf(source, run.GetSession().UserManager.DataElaborazione) + ")\rORDER BY DataInizio DESC");
     target.Set("ARPRZ",
                prices.Eof() ? QVariant() : QVariant(RoundedTo(NumberOf(SourceRow(prices), "PrezzoLis"), UnitDecimals)));
     SetMarkUp(run, row, target);
@@ -249,7 +249,9 @@ Articles Articoli() {
         .aliases = {{.code = "RicercaAlternativa"}},
         .more = SetPrice,
         .further = {{},
-                    {{Prezzi, {"CodListino", "CodArticolo", "VarArt", "PrezzoLis", "DataInizio"}}},
+                    {{.table = Prezzi,
+                      .columns = {"CodListino", "CodArticolo", "VarArt", "PrezzoLis", "DataInizio"},
+                      .days = {"DataInizio"}}},
                     {{"ART_ICO", {"ARPRZ", "ARRIC"}}}},
     };
 }

@@ -38,11 +38,22 @@ std::vector<DocumentKind> Kinds() {
     return kinds;
 }
 
+/// Without what is left of it nobody knows what was delivered, and the row stays open.
 Rule Delivered() {
-    return {"la prima meno ciò che ne resta", [](const RuleInput& input) {
-                return RuleValue(NumberOf(input.row, input.columns.first()) -
-                                 NumberOf(input.row, input.columns.last()));
-            }};
+    return Needing(
+        2, {"la prima meno ciò che ne resta; 0 se non si sa che cosa resta, e va nel log", [](const RuleInput& input) {
+                const double quantity = NumberOf(input.row, input.columns.first());
+                if (!input.row.IsBlank(input.columns.last())) {
+                    return RuleValue(quantity - NumberOf(input.row, input.columns.last()));
+                }
+                if (quantity != 0) {
+                    modImport::LogNote(input.session,
+                                       QStringLiteral("QUANTITÀ RESIDUA MANCANTE: %1: scritta come tutta da "
+                                                      "evadere")
+                                           .arg(input.session.Errors.RowKey()));
+                }
+                return RuleValue(0);
+            }});
 }
 
 /// The second and the third discount of a document, which has a place for one behind the first.

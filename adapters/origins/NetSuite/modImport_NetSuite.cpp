@@ -60,13 +60,13 @@ Rule ZerosAsBlank(const Rule& rule) {
 /// The exemption (last column) of a customer whose flag (first column) is not "N".
 Rule Esenzione() {
     const Rule exempt = ExemptVat(Clienti, "CDASS");
-    return {exempt.text + QStringLiteral("; niente se il flag è \"N\""),
-            [apply = exempt.apply](const RuleInput& input) -> RuleValue {
-                const QStringList code{input.columns.last()};
-                return input.row.Text(input.columns.first()).toUpper() == u"N"
-                           ? std::nullopt
-                           : apply({input.session, input.row, code, input.facts});
-            }};
+    return Needing(1, {exempt.text + QStringLiteral("; niente se il flag è \"N\""),
+                       [apply = exempt.apply](const RuleInput& input) -> RuleValue {
+                           const QStringList code{input.columns.last()};
+                           return input.row.Text(input.columns.first()).toUpper() == u"N"
+                                      ? std::nullopt
+                                      : apply({input.session, input.row, code, input.facts});
+                       }});
 }
 
 /// Anything but "N" and blank.
