@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/PartyRows.h"
 
+#include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 
@@ -49,6 +50,18 @@ contract::Needs PartyRowsKind::Needs() const {
     return needs;
 }
 
+/// Whether a branch or contact that is there has numbers or addresses, which may have been mended since.
+bool HasNumbers(Session& session, const Owner& there) {
+    const QString ofIt =
+        Equals(session, "TBNAM", there.table) + QStringLiteral(" AND ") + Equals(session, "TBKEY", there.key);
+    return IdWhere(session, "NUM_TEL", ofIt) != 0 || IdWhere(session, "IND_WEB", ofIt) != 0;
+}
+
+/// Rows that the run has written so far of the kind, and of what hangs on them.
+qint64 WrittenOf(const ImportRun& run, const PartyRowsKind& kind) {
+    return run.WrittenRows(kind.mapping.targetTable) + run.WrittenRows("NUM_TEL") + run.WrittenRows("IND_WEB");
+}
+
 RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row,
                  CounterpartyWriter::MetChildren& met) {
     if (std::all_of(kind.essential.begin(), kind.essential.end(),
@@ -66,18 +79,21 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
     }
     CounterpartyWriter writer(run, {}, &met);
     const Owner hangsOn{QStringLiteral("CON_TRO"), code, true};
-    const qint64 before = run.WrittenRows(kind.mapping.targetTable);
+    const qint64 before = WrittenOf(run, kind);
     TargetRow target = writer.NewRow(kind.mapping.targetTable);
     kind.mapping.Apply(target, run.GetSession(), row, {code});
     if (FillsCodes(run)) { // contacts have none that could be given
         const bool isFilled = IsBranch(kind.declared) && writer.FillBranch(hangsOn, target);
         return isFilled ? RowOutcome::Updated : run.Skip(QStringLiteral("riga a cui non mancano codici"));
     }
-    const Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
+    Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
+    owner.isAgain = owner.known && HasNumbers(run.GetSession(), owner);
     writer.Numbers(owner, row, kind.declared.numbers);
-    return run.WrittenRows(kind.mapping.targetTable) > before
-               ? RowOutcome::Inserted
-               : run.Skip(QStringLiteral("già presente nella controparte"));
+    if (!owner.known) {
+        return RowOutcome::Inserted;
+    }
+    return WrittenOf(run, kind) > before ? RowOutcome::Updated
+                                         : run.Skip(QStringLiteral("già presente nella controparte"));
 }
 
 class PartyRowsImporter final : public Importer {
