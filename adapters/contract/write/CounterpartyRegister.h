@@ -4,6 +4,13 @@
 
 namespace contract {
 
+class TargetRow;
+struct Mapping;
+
+/// COSC1 to COSC3, or COSF1 to COSF3. They go one upon the other: some of before and some of now are none that anybody
+/// has agreed on.
+const QStringList& DiscountColumns(bool customer);
+
 /// The marks of a counterparty that hold for all of its roles; none where the source does not tell it.
 struct PartyMarks {
     std::optional<bool> cancelled = {}; ///< COANN
@@ -37,6 +44,7 @@ struct Placement {
 struct Joining {
     bool isAgain = false;      ///< as `Placement::isAgain`
     Roles keeps = {};          ///< roles that another row of the source has given it, whose columns stay
+    Roles clears = {};         ///< roles whose discounts go where the source row has none
     bool isRevived = false;    ///< it is cancelled no longer
     QStringList ownLists = {}; ///< COLSC, COLSF where that is the counterparty's own price list, which stays
 };
@@ -67,6 +75,13 @@ public:
     /// from one that is in force. Cancelled is who is so in every row, blocked who is so in the first; the log tells
     /// where rows differ.
     Joining Join(const SourceIdentity& source, const Placement& place);
+    /// What becomes of the discounts of a counterparty of which the source row, in some of its roles, gives none: they
+    /// stay unless the row has `Joining::clears`.
+    /// @param target what the row sets in these roles, of which that is taken back
+    void KeepDiscounts(TargetRow& target, const Roles& roles, const Placement& place, const Joining& joining);
+    /// A row that leaves the columns of a role as they are has its say in the discounts all the same, as it may have
+    /// given them when it was imported first. @param discounts lines of the row that tell discounts
+    void NoteDiscounts(const Mapping& discounts, const SourceRow& row, const Placement& place, const Joining& joining);
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
     /// The counterparty that the source says a row is, which is known by its code: a stranger, whose name and numbers
@@ -94,15 +109,15 @@ public:
     /// log tells too, unless their numbers say so. Where an earlier row had the code it is told, and who is another one
     /// is updated or new as `TakenCode` says.
     QString FindByCode(const SourceIdentity& source) const;
+    /// CDCON of the carrier that an earlier import made of one of the source, where a code may be another company's:
+    /// the counterparty with the code by number or name, else the imported one that is called so and is nothing but a
+    /// carrier; empty when there is none.
+    QString CarrierOfBefore(const SourceIdentity& source, const QString& code) const;
     /// Whether a counterparty has that code.
     bool Exists(const QString& code) const;
     /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
     /// digits are used up.
     QString NextCode() const;
-    /// CDCON of the carrier that an earlier import made of one of the source, where a code may be another company's:
-    /// the counterparty with the code by number or name, else the imported one that is called so and is nothing but a
-    /// carrier; empty when there is none.
-    QString CarrierOfBefore(const SourceIdentity& source, const QString& code) const;
 
     /// Finds the counterparty of a source row, or assigns it a code: the one imported from the same code before; else
     /// the one with its VAT number or tax code; else a customer's numeric code where six digits hold it, or the highest
@@ -156,6 +171,7 @@ private:
     std::vector<Party> OtherHolders(const SourceIdentity& source, bool customer, const QString& party) const;
     void KeepOwner(const SourceIdentity& source, bool customer, const QString& party, bool holds);
     void KeepDisplaced(bool customer, const QString& code, const QString& party);
+    bool Clears(const Party& party, bool customer);
     bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
     void NoteCancelled(const Party& party);
     void TellTwice(const QString& code) const;
@@ -170,6 +186,7 @@ private:
     mutable QHash<QString, QString> m_corrected; ///< CDCON by numbers of rows that are its by code and name alone
     mutable std::optional<HeldCode> m_held; ///< as it was read for the row under way, of which nothing is written yet
     QSet<QString> m_joinedNow;              ///< roles and codes that the run has given to counterparties
+    QSet<QString> m_discounted;             ///< roles and CDCON to which rows of the run have given discounts
     QHash<QString, MetMarks> m_metMarks;    ///< by CDCON, of the rows of the run so far
     QSet<QString> m_inUse;                  ///< CDCON of which a row of the run is not cancelled
     std::vector<std::pair<QString, QString>> m_cancelled; ///< CDCON that is not, and the row that is
