@@ -2,7 +2,9 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/missingCodes.h"
+#include "core/Schema.h"
 #include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -50,6 +52,22 @@ contract::Needs PartyRowsKind::Needs() const {
     return needs;
 }
 
+/// A contact that is there stays as it is: what the source tells otherwise is told.
+void TellOther(ImportRun& run, const TargetRow& contact, const Mapping& mapping, const Owner& there) {
+    Session& session = run.GetSession();
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM %1 WHERE RECORD_ID = %2").arg(run.FullName(ContactTable), there.key));
+    const SourceRow known(rows);
+    for (const QString& column : mapping.TargetColumns()) {
+        const QString told = mod_ovTools::ToText(contact.Value(column)).trimmed();
+        const bool isText = schema::FindTable(ContactTable)->FindColumn(column)->size > 0;
+        if (isText && !told.isEmpty() && column != u"RFNOM" && column != u"CDCON" && known.Text(column) != told) {
+            run.Log(QStringLiteral("RECAPITO DIVERSO: %1: %2 '%3' del riferimento '%4' in Quadrix è '%5', e resta")
+                        .arg(run.RowKey(), column, told, known.Text("RFNOM"), known.Text(column)));
+        }
+    }
+}
+
 /// Whether a branch or contact that is there has numbers or addresses, which may have been mended since.
 bool HasNumbers(Session& session, const Owner& there) {
     const QString ofIt =
@@ -87,6 +105,9 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
         return isFilled ? RowOutcome::Updated : run.Skip(QStringLiteral("riga a cui non mancano codici"));
     }
     Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
+    if (owner.known && !IsBranch(kind.declared)) {
+        TellOther(run, target, kind.mapping, owner);
+    }
     owner.isAgain = owner.known && HasNumbers(run.GetSession(), owner);
     writer.Numbers(owner, row, kind.declared.numbers);
     if (!owner.known) {
