@@ -207,7 +207,20 @@ FlowOutcome RepeatAll(Session& session, const std::vector<RowsToRepeat>& all) {
     return outcome;
 }
 
-Report Apply(Worklist& worklist, const QCommandLineParser& options) {
+/// The imports that are done again, each with those of its procedures that have rows to repeat.
+std::vector<AskingPress> PressesOf(Session& session, const std::vector<RowsToRepeat>& all) {
+    std::vector<AskingPress> presses;
+    for (const RowsToRepeat& rows : all) {
+        const ImportRequest request = RequestFor(session, rows);
+        std::vector<const contract::Procedure*> procedures = CalledBy(request);
+        std::erase_if(procedures, [&request](const auto* one) { return !request.only->Wants(one->name); });
+        presses.push_back({*request.choice.origin, procedures});
+    }
+    return presses;
+}
+
+Report Apply(Context& context, Worklist& worklist) {
+    const QCommandLineParser& options = context.options;
     Session& session = worklist.GetSession();
     const std::vector<RowsToRepeat> all = FindRowsToRepeat(worklist);
     if (all.empty()) {
@@ -219,6 +232,7 @@ Report Apply(Worklist& worklist, const QCommandLineParser& options) {
     qint64 rows = 0;
     for (const RowsToRepeat& each : all) {
         lines += each.Lines(worklist);
+    RequireAnswers(context, PressesOf(session, all));
         rows += each.Count();
     }
     Preview preview;
@@ -265,7 +279,8 @@ Report Codes(Context& context) {
     if (describes && origin == nullptr) {
         throw UsageError("L'opzione --describe vuole --origin");
     }
-    if (ActionFrom(context.options) != u"apply") { // which asks what the imports ask that it does again
+    const bool applies = ActionFrom(context.options) == u"apply";
+    if (!applies) { // else what the imports ask that are done again
         RequireOpeningAnswers(context, describes ? std::vector{origin} : std::vector<const contract::Origin*>());
     }
     TakeCompany(context.session, choice.companyCode);
@@ -274,10 +289,13 @@ Report Codes(Context& context) {
         return {ExitCancelled, {}, {}};
     }
     static const QHash<QString, Report (*)(Worklist&, const QCommandLineParser&)> actions{
-        {"list", List}, {"values", Values}, {"set", Set}, {"export", Export}, {"import", Import}, {"apply", Apply}};
+        {"list", List}, {"values", Values}, {"set", Set}, {"export", Export}, {"import", Import}};
     return actions.value(ActionFrom(context.options))(worklist, context.options);
 }
 
+    if (applies) {
+        return Apply(context, worklist);
+    }
 /// The options of an action that can read the descriptions of codes from their source.
 QStringList WithDescriptions(const QStringList& own) {
     return own +

@@ -69,8 +69,6 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
     return all;
 }
 
-namespace {
-
 ImportRequest RequestFor(Session& session, const RowsToRepeat& rows) {
     const history::History history(session);
     ImportRequest request;
@@ -90,8 +88,6 @@ ImportRequest RequestFor(Session& session, const RowsToRepeat& rows) {
     }
     return request;
 }
-
-} // namespace
 
 FlowOutcome Repeat(Session& session, const RowsToRepeat& rows) { return RunImport(session, RequestFor(session, rows)); }
 

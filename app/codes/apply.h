@@ -24,6 +24,9 @@ struct RowsToRepeat {
 /// their procedures were are left out. Raises `SqlError`.
 std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist);
 
+/// What `Repeat` does, as it is pressed. Raises `ImportError` when the run cannot be repeated, as its origin or company
+/// is gone.
+ImportRequest RequestFor(Session& session, const RowsToRepeat& rows);
 /// Imports the rows of a run again, alone: rows that are there get the codes that they lack. A row that fails is given
 /// up. The results of the procedures are appended to those of the session. Raises `ImportError` when the run cannot be
 /// repeated, as its origin or company is gone.

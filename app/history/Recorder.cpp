@@ -175,12 +175,23 @@ void Recorder::KeepWaiting() {
                      .Fields(0)
                      .Value()
                      .toLongLong();
-    if (m_session.Selection == nullptr) {
+}
+
+/// Rows that the run was limited to wait no longer for what they had waited for before it: those that are done and,
+/// where it has come to the end, those that the source has no more. One that was given up, or not reached, waits on.
+void Recorder::KeepDone(const RunResult& result) {
+    if (m_session.Selection == nullptr || !m_keepsImages) {
         return;
     }
-    for (const contract::RowSelection::Row& row : m_session.Selection->NotMet()) { // they will be
-        m_file->Execute(
-            Statement("DELETE FROM waiting_rows WHERE procedure = ? AND source_row = ?", {m_procedure, row.name}));
+    QStringList names = m_session.Selection->DoneNames();
+    if (result.outcome == RunResult::Outcome::Done) {
+        for (const contract::RowSelection::Row& row : m_session.Selection->NotMet()) {
+            names.append(row.name);
+        }
+    }
+    for (const QString& name : std::as_const(names)) {
+        Keep(Statement("DELETE FROM waiting_rows WHERE procedure = ? AND source_row = ? AND rowid <= ?",
+                       {m_procedure, name, m_lastKept}));
     }
 }
 
@@ -363,6 +374,7 @@ void Recorder::ProcedureEnds(const RunResult& result) noexcept {
         Keep(Statement("UPDATE procedures SET result = ? WHERE id = ?",
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
         KeepImported();
+        KeepDone(result);
         Write();
         const bool isWhole = !m_isPart && result.outcome == RunResult::Outcome::Done && !m_leavesCodes;
         if (m_file != nullptr && (isWhole || !result.emptied.isEmpty())) { // it has come to every row

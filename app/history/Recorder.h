@@ -67,6 +67,7 @@ private:
     void KeepWaiting();
     void KeepIfImported(const RejectedRow& row);
     void KeepImported();
+    void KeepDone(const RunResult& result);
     void Keep(SqlText statement);
     void KeepInserted(const TargetChange& change);
     void KeepWritten(const QString& table);

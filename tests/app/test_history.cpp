@@ -282,6 +282,33 @@ private slots:
             return error ? error->Message() : QString();
         };
         const History history(session);
+    /// Rows wait for a code until a run that is limited to them has written them.
+    void waitsUntilItIsDone() {
+        Kept kept;
+        kept.Run();
+        const QStringList waiting = kept.Waiting();
+        QCOMPARE(waiting.size(), 1);
+        kept.Target.Execute("UPDATE SYS_IMP SET TBNEW = 'NR' WHERE TBOLD = 'XX'");
+        const auto again = [&kept] {
+            const auto only = std::make_shared<contract::RowSelection>();
+            only->FillCodes();
+            only->Add(
+                {.procedure = "ImportArticoliProva", .name = "tabella 'ART', CODICE 'C'", .table = "ART", .key = "C"});
+            kept.Run(only);
+        };
+        kept.Target.Person.CancelAt = 0;
+        again();
+        QCOMPARE(kept.Waiting(), waiting);
+        kept.Target.Person.CancelAt.reset();
+        kept.Source("UPDATE ART SET COSTO = 'tre' WHERE CODICE = 'C'");
+        again();
+        QCOMPARE(kept.Target.Get().Results.last().givenUpCount, 1);
+        QCOMPARE(kept.Waiting(), waiting);
+        kept.Source("UPDATE ART SET COSTO = '3' WHERE CODICE = 'C'");
+        again();
+        QCOMPARE(kept.Waiting(), QStringList());
+    }
+
         QVERIFY(!history.Load(1).isElsewhere && CanGoOn(history.Load(1)) && CanUndo(history.Load(1)));
         QVERIFY(!refusal([&] { RestRequest(session, history, 1); }).contains("importare da capo"));
         kept.Target.Execute("DELETE FROM X01_ART_ICO WHERE CDART = 'C'");

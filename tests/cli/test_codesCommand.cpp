@@ -1,3 +1,4 @@
+#include "examples/examples.h"
 #include "tests/cli/CliRun.h"
 #include "tests/support/files.h"
 #include "tests/support/QuadrixTest.h"
@@ -85,6 +86,33 @@ private slots:
                      .exitCode,
                  0);
         QCOMPARE(m_run.Value("SELECT MPDES FROM TAB_MOP WHERE CDMOP = 'VF'"), QString("Vista fattura"));
+    }
+
+    /// What the imports ask that are done again is asked for before they begin.
+    void appliesWithAnAnswer() {
+        examples::Options options;
+        options.rows = 20;
+        options.folder = m_run.Folder.filePath("fonte");
+        options.company = "X01";
+        QDir().mkpath(options.folder);
+        examples::Make("arca2000", options);
+        m_run.Set("IMPORT", "Databasename", options.folder);
+        m_run.Run({"import", "--company", "X01", "--origin", "Arca 2000", "--data", "cli", "--answer", "no"});
+        m_run.Value("UPDATE SYS_IMP SET TBNEW = 'RD' WHERE TBFLD = 'pag' AND TBNEW = ''");
+        const QString blank = "SELECT COUNT(*) FROM X01_CON_TRO WHERE COALESCE(COMOP, '') = '' AND COCLI = 1";
+        const int before = m_run.Value(blank).toInt();
+        const auto unanswered = Codes({"apply"});
+        QCOMPARE(unanswered.exitCode, 2);
+        QVERIFY2(unanswered.errors.contains("Manca la risposta a"), qPrintable(unanswered.errors));
+        m_run.Set("IMPORT", "Databasename", options.folder + "-altrove");
+        const auto unopened = Codes({"apply", "--dry-run", "--answer", "no"});
+        QVERIFY2(unopened.exitCode == 1 && !unopened.output.contains("Nessuna cella") &&
+                     unopened.output.contains("La prova non è arrivata alla fine"),
+                 qPrintable(unopened.output));
+        m_run.Set("IMPORT", "Databasename", options.folder);
+        const auto answered = Codes({"apply", "--answer", "no"});
+        QVERIFY2(m_run.Value(blank).toInt() < before, qPrintable(answered.output + answered.errors));
+        QVERIFY(Codes({"apply"}).output.contains("Nessuna riga importata attende"));
     }
 };
 

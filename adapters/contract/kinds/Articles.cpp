@@ -306,15 +306,17 @@ RowOutcome ArticleImporter::FillCodesOf(const SourceRow& row, const Facts& facts
         missing.Apply(mapping, row, target);
     }
     TargetRow further(Run(), "ART_ICO");
-    SetUnits(row, further);
+    SourceCodes unitCodes;
+    SetUnits(row, further, &unitCodes);
     if (m_kind->declared.more) {
         m_kind->declared.more(Run(), row, further);
     }
-    missing.Take(further, m_kind->declared.further.mappings, target);
+    missing.Take(further, m_kind->declared.further.mappings, target, unitCodes);
     return missing.Write(target);
 }
 
-void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target) const {
+/// @param sourceCodes what the source has for the columns of units
+void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes) const {
     Session& session = GetSession();
     for (const UnitsOfArticle& each : m_kind->declared.units) {
         bool hasSecond = !target.Value("ARUM2").toString().isEmpty();

@@ -264,12 +264,15 @@ RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& role
         Run().Log(QStringLiteral("CONTROPARTE NON TROVATA: %1").arg(Run().RowKey()));
         return Run().Skip(QStringLiteral("controparte non importata"));
     }
+    CounterpartyWriter writer(Run(), m_kind->declared.created.Value(GetSession(), row));
+    if (FillsCodes(Run())) {
+        return FillCodesOf(writer, row, {code, true}, roles);
+    }
     const Roles held = m_parties.RolesHeld(identity, code);
     if (held.customer || held.supplier || held.carrier) { // else another row, of the same counterparty, has the columns
         RefreshColumns(row, code, held);
     }
     m_earlier->Drop(code);
-    CounterpartyWriter writer(Run(), m_kind->declared.created.Value(GetSession(), row));
     WriteHanging(writer, row, {Parties, code, true});
     return RowOutcome::Updated;
 }
@@ -403,7 +406,7 @@ RowOutcome CounterpartyImporter::FillCodesOf(CounterpartyWriter& writer, const S
         ForEach(child, row, [&](const SourceRow& one) {
             TargetRow branch = writer.NewRow(BranchTable);
             child.mapping.Apply(branch, GetSession(), one, {place.code});
-            filledBranch = writer.FillBranch(OwnerOf(place), branch) || filledBranch;
+            filledBranch = writer.FillBranch(OwnerOf(place), branch, {child.mapping, one}) || filledBranch;
         });
     }
     const RowOutcome outcome = missing.Write(target);
@@ -428,7 +431,8 @@ void CounterpartyImporter::WriteHanging(CounterpartyWriter& writer, const Source
         ForEach(child, row, [&](const SourceRow& one) {
             TargetRow target = writer.NewRow(BranchTable);
             child.mapping.Apply(target, GetSession(), one, {owner.key});
-            const Owner branch = writer.Branch(owner, target);
+            const BranchSource from{child.mapping, one};
+            const Owner branch = writer.Branch(owner, target, &from);
             if (!branch.known) {
                 TellCut(Run(), child.texts, one, target);
             }

@@ -100,11 +100,12 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
     const qint64 before = WrittenOf(run, kind);
     TargetRow target = writer.NewRow(kind.mapping.targetTable);
     kind.mapping.Apply(target, run.GetSession(), row, {code});
+    const BranchSource from{kind.mapping, row};
     if (FillsCodes(run)) { // contacts have none that could be given
-        const bool isFilled = IsBranch(kind.declared) && writer.FillBranch(hangsOn, target);
+        const bool isFilled = IsBranch(kind.declared) && writer.FillBranch(hangsOn, target, from);
         return isFilled ? RowOutcome::Updated : run.Skip(QStringLiteral("riga a cui non mancano codici"));
     }
-    Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target) : writer.Contact(hangsOn, target);
+    Owner owner = IsBranch(kind.declared) ? writer.Branch(hangsOn, target, &from) : writer.Contact(hangsOn, target);
     if (owner.known && !IsBranch(kind.declared)) {
         TellOther(run, target, kind.mapping, owner);
     }

@@ -420,8 +420,8 @@ bool RowLoop::Commit() {
     m_redone = m_done.empty() ? m_redone : 0;
     const Unit last = m_done.empty() ? Unit() : m_done.back();
     for (const Unit& unit : m_done) {
-        if (!unit.rejects.isEmpty()) {
-            m_session.Selection->Done(unit.rejects);
+        if (!unit.wanted.isEmpty()) {
+            m_session.Selection->Done(unit.wanted);
         }
     }
     m_done.clear();

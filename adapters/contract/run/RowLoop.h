@@ -24,8 +24,8 @@ private:
         QString value = {}; ///< that tells them from others
         std::vector<HeldRows::Row> rows = {};
         QStringList keys = {};
-        QVector<qint64> rejects = {}; ///< those of its rows that were given up before, by their numbers
-        qint64 end = 0;               ///< rows of the source up to its last one
+        QVector<const RowSelection::Row*> wanted = {}; ///< those that the run is limited to and its rows are
+        qint64 end = 0;                                ///< rows of the source up to its last one
     };
 
     void CountRows();

@@ -75,9 +75,7 @@ bool RowLoop::Select(Unit& unit) {
                                                         .values = unit.rows[i]});
         if (wanted != nullptr) {
             isWanted = true;
-            if (wanted->reject > 0) {
-                unit.rejects.append(wanted->reject);
-            }
+            unit.wanted.append(wanted);
             Mend(unit.rows[i], *wanted);
         }
     }

@@ -130,6 +130,26 @@ std::vector<RowSelection::Row> RowSelection::NotMet() const {
     return rows;
 }
 
+QStringList RowSelection::DoneNames() const {
+    QStringList names;
+    for (const Row* row : m_done) {
+        if (row->procedure == m_procedure) {
+            names.append(row->name);
+        }
+    }
+    return names;
+}
+
+QVector<qint64> RowSelection::DoneRejects() const {
+    QVector<qint64> rejects;
+    for (const Row* row : m_done) {
+        if (row->reject > 0) {
+            rejects.append(row->reject);
+        }
+    }
+    return rejects;
+}
+
 bool RowSelection::IsToldOtherwise(const Row& row) const {
     const auto parts = m_keyParts.constFind(row.table);
     return !row.key.isEmpty() && parts != m_keyParts.cend() && *parts != KeyParts(row);

@@ -82,9 +82,12 @@ public:
     /// known then.
     bool IsToldOtherwise(const Row& row) const;
 
-    /// Rows that were given up before (by their numbers) are done and committed now.
-    void Done(const QVector<qint64>& rejects) { m_done += rejects; }
-    const QVector<qint64>& DoneRejects() const { return m_done; }
+    /// Rows that `Find` has found are done and committed now.
+    void Done(const QVector<const Row*>& rows) { m_done += rows; }
+    /// Those of the procedure under way, by their names.
+    QStringList DoneNames() const;
+    /// Those that were given up before, by their numbers.
+    QVector<qint64> DoneRejects() const;
 
 private:
     struct Wanted {
@@ -97,7 +100,7 @@ private:
     QHash<QString, qsizetype> m_keyParts;                 ///< in how many columns `KeyOf` the rows met stands, by table
     QHash<QString, Reached> m_reached;
     QHash<QString, qint64> m_leftOut;
-    QVector<qint64> m_done;
+    QVector<const Row*> m_done;
     bool m_fillsCodes = false;
     QSet<QString> m_codes; ///< that are filled in
 };

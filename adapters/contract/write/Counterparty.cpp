@@ -312,7 +312,8 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
 
 void CounterpartyWriter::Address(const Owner& owner, const QString& kind, const QString& label,
                                  const QString& address) const {
-    if (Hangs(owner, QStringLiteral("IND_WEB"), QStringLiteral("WBIND"),
+    if (address.isEmpty() || // as a "-" is without its separators
+        Hangs(owner, QStringLiteral("IND_WEB"), QStringLiteral("WBIND"),
               [&address](const QString& there) { return there.compare(address, Qt::CaseInsensitive) == 0; }) ||
         IsLeft(owner, label, address)) {
         return;
@@ -404,9 +405,9 @@ Owner CounterpartyWriter::Contact(const Owner& counterparty, TargetRow& contact)
     return isLeft ? Owner{} : Insert(contact, ContactTable, counterparty);
 }
 
-Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch) {
+Owner CounterpartyWriter::Branch(const Owner& counterparty, TargetRow& branch, const BranchSource* from) {
     if (const auto met = Met(counterparty, branch, BranchTable, AlikeBranches)) {
-        FillMet(*met, branch);
+        FillMet(*met, branch, from);
         return *met;
     }
     const QString code = mod_ovTools::ToText(branch.Value(QStringLiteral("CDSED")));
@@ -437,22 +438,27 @@ void CounterpartyWriter::TellSecondDefault(const Owner& counterparty, const Targ
     }
 }
 
-bool CounterpartyWriter::FillBranch(const Owner& counterparty, const TargetRow& branch) {
+bool CounterpartyWriter::FillBranch(const Owner& counterparty, const TargetRow& branch, const BranchSource& from) {
     const auto met = Met(counterparty, branch, BranchTable, AlikeBranches);
-    return met && FillMet(*met, branch);
+    return met && FillMet(*met, branch, &from);
 }
 
 /// A branch that is there gets the codes that it lacks; false when it lacks none.
-bool CounterpartyWriter::FillMet(const Owner& met, const TargetRow& branch) const {
+bool CounterpartyWriter::FillMet(const Owner& met, const TargetRow& branch, const BranchSource* from) const {
     const QString where = QStringLiteral("WHERE RECORD_ID = ") + met.key;
+    const auto isLacking = [&](const QString& column, const QString& code) {
+        const QString now = SourceRow(there).Text(column);
+        return now.isEmpty() || (from != nullptr && now.compare(code, Qt::CaseInsensitive) != 0 &&
+                                 HoldsSourceCode(from->mapping, from->row, column, now));
+    };
     const Recordset there = m_run.GetSession().Quadrix.ExecuteWC(
         QStringLiteral("SELECT * FROM %1 ").arg(m_run.FullName(BranchTable)) + where);
     TargetRow lacking(m_run, BranchTable);
     bool lacks = false;
     for (const schema::Column& column : schema::FindTable(BranchTable)->columns) {
         const QVariant value = branch.Value(column.name);
-        if (!there.Eof() && !column.refersTo.isEmpty() && !mod_ovTools::ToText(value).isEmpty() &&
-            SourceRow(there).IsBlank(column.name)) {
+        const QString code = mod_ovTools::ToText(value);
+        if (!there.Eof() && !column.refersTo.isEmpty() && !code.isEmpty() && isLacking(column.name, code)) {
             lacking.Set(column.name, value);
             lacks = true;
         }

@@ -94,6 +94,13 @@ private:
     Mapping m_marks;
 };
 
+    Mapping m_discounts;
+};
+
+/// Where the row of a branch comes from.
+struct BranchSource {
+    const Mapping& mapping;
+    const SourceRow& row;
 /// Writes the counterparty of a source row and what hangs on it. It knows the target, never the origin.
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class CounterpartyWriter {
@@ -143,9 +150,10 @@ public:
     /// Inserts a branch of a counterparty, which a mapping has filled, unless one of that kind, name and address is
     /// there, and returns the owner for what hangs on it. A code that another branch has is changed, and logged. One
     /// that is there gets the codes of Quadrix that it lacks.
-    Owner Branch(const Owner& counterparty, TargetRow& branch);
+    /// @param from null: a code of the source that stands in for one of Quadrix is not known as that
+    Owner Branch(const Owner& counterparty, TargetRow& branch, const BranchSource* from = nullptr);
     /// Gives a branch that is there the codes of Quadrix that it lacks; false when it lacks none, or is not there.
-    bool FillBranch(const Owner& counterparty, const TargetRow& branch);
+    bool FillBranch(const Owner& counterparty, const TargetRow& branch, const BranchSource& from);
     /// A row of a table that hangs on a counterparty, with its creation moment.
     TargetRow NewRow(const QString& table) const;
     TargetRow NewRow(const QString& table, const Owner& owner) const;
@@ -154,7 +162,7 @@ private:
     std::optional<Owner> Met(const Owner& counterparty, const TargetRow& row, const QString& table,
                              const QStringList& alike);
     void MeetChild(const QString& child);
-    bool FillMet(const Owner& met, const TargetRow& branch) const;
+    bool FillMet(const Owner& met, const TargetRow& branch, const BranchSource* from) const;
     QString ChildrenOf(const Owner& counterparty, const QString& table) const;
     Owner Insert(TargetRow& row, const QString& table, const Owner& counterparty);
     bool Hangs(const Owner& owner, const QString& table, const QString& column,

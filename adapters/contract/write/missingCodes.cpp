@@ -17,6 +17,14 @@ QString StandIn(const QString& table) {
                                  : QString();
 }
 
+QStringList CodesIn(const SourceRow& row, const MapLine& line) {
+    QStringList codes;
+    for (const QString& column : line.sources) {
+        codes.append(row.Text(column));
+    }
+    return codes;
+}
+
 } // namespace
 
 bool FillsCodes(const ImportRun& run) {
@@ -30,6 +38,22 @@ void LeaveCodes(ImportRun& run) {
     if (RunObserver* observer = run.GetSession().Observer; observer != nullptr) {
         observer->CodesAreLeft();
     }
+}
+
+RowOutcome FillCodesOf(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
+    const MissingCodes missing(run, mapping.targetTable, facts);
+    if (!missing.IsThere()) {
+        return SkipGone(run);
+    }
+    TargetRow target(run, mapping.targetTable);
+    missing.Apply(mapping, row, target);
+    return missing.Write(target);
+}
+
+bool HoldsSourceCode(const Mapping& mapping, const SourceRow& row, const QString& column, const QString& there) {
+    return std::any_of(mapping.lines.begin(), mapping.lines.end(), [&](const MapLine& line) {
+        return line.target == column && CodesIn(row, line).contains(there, Qt::CaseInsensitive);
+    });
 }
 
 MissingCodes::MissingCodes(ImportRun& run, QString table, Facts facts)
@@ -50,13 +74,13 @@ MissingCodes::MissingCodes(ImportRun& run, QString table, Facts facts)
     m_addsSupplier = m_facts.roles.supplier && !m_facts.roles.customer && !m_there.value("COCGE").isEmpty();
 }
 
-bool MissingCodes::Lacks(const QString& column, const QString& sourceCode) const {
+bool MissingCodes::Lacks(const QString& column, const QStringList& sourceCodes) const {
     const auto there = m_there.constFind(column);
     if (there == m_there.cend() || there->isEmpty()) {
         return there != m_there.cend();
     }
     const schema::Column& known = *schema::FindTable(m_table)->FindColumn(column);
-    return there->compare(sourceCode, Qt::CaseInsensitive) == 0 ||
+    return sourceCodes.contains(*there, Qt::CaseInsensitive) ||
            (!known.refersTo.isEmpty() && *there == StandIn(known.refersTo));
 }
 
@@ -69,18 +93,18 @@ bool MissingCodes::IsOfRow(Side side) const {
 
 void MissingCodes::Apply(const Mapping& mapping, const SourceRow& row, TargetRow& target) const {
     Mapping missing{mapping.targetTable, mapping.sourceTable, {}, true};
-    std::copy_if(mapping.lines.begin(), mapping.lines.end(), std::back_inserter(missing.lines),
-                 [&](const MapLine& line) {
-                     const QString code = line.sources.size() == 1 ? row.Text(line.sources.first()) : QString();
-                     return !CodesOf(line.rule).empty() && IsOfRow(line.rule.side) && Lacks(line.target, code);
-                 });
+    std::copy_if(
+        mapping.lines.begin(), mapping.lines.end(), std::back_inserter(missing.lines), [&](const MapLine& line) {
+            return !CodesOf(line.rule).empty() && IsOfRow(line.rule.side) && Lacks(line.target, CodesIn(row, line));
+        });
     missing.Apply(target, m_run.GetSession(), row, m_facts);
 }
 
-void MissingCodes::Take(const TargetRow& given, const std::vector<const Mapping*>& mappings, TargetRow& target) const {
+void MissingCodes::Take(const TargetRow& given, const std::vector<const Mapping*>& mappings, TargetRow& target,
+                        const SourceCodes& sourceCodes) const {
     const auto take = [&](const QString& column) {
         const QVariant value = given.Value(column);
-        if (!mod_ovTools::ToText(value).trimmed().isEmpty() && Lacks(column)) {
+        if (!mod_ovTools::ToText(value).trimmed().isEmpty() && Lacks(column, sourceCodes.value(column))) {
             target.Set(column, value);
         }
     };

@@ -6,6 +6,7 @@
 #include "adapters/origins/AdHoc/modImport_AdHoc.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "core/modMain.h"
 #include "core/qdxProduction_sheets.h"
@@ -250,6 +251,7 @@ public:
     RowOutcome Row(const SourceRow& row) override;
 
 private:
+    RowOutcome WriteSheet(const SourceRow& row, const QString& article);
     RowOutcome WriteFormat(const SourceRow& row, const QString& article);
 
     bool m_withFormats;
@@ -262,14 +264,26 @@ RowOutcome SheetImporter::Row(const SourceRow& row) {
     const bool isFirst = !m_sheets.contains(article);
     RowOutcome outcome = RowOutcome::Inserted;
     if (isFirst) {
-        const ArticleWriter writer(Run());
-        outcome = writer.Write(LamieraMapping(), row, {article});
-        writer.Texts(article, row.Text("ARDESART"));
+        outcome = WriteSheet(row, article);
         Run().Remember(m_sheets, article);
     }
-    const RowOutcome ofFormat =
-        m_withFormats ? WriteFormat(row, article) : Run().Skip(QStringLiteral("altro formato della stessa lamiera"));
+    if (FillsCodes(Run()) && isFirst) {
+        return outcome;
+    }
+    const RowOutcome ofFormat = m_withFormats && !FillsCodes(Run())
+                                    ? WriteFormat(row, article)
+                                    : Run().Skip(QStringLiteral("altro formato della stessa lamiera"));
     return isFirst ? outcome : ofFormat;
+}
+
+RowOutcome SheetImporter::WriteSheet(const SourceRow& row, const QString& article) {
+    if (FillsCodes(Run())) {
+        return FillCodesOf(Run(), LamieraMapping(), row, {article});
+    }
+    const ArticleWriter writer(Run());
+    const RowOutcome outcome = writer.Write(LamieraMapping(), row, {article});
+    writer.Texts(article, row.Text("ARDESART"));
+    return outcome;
 }
 
 RowOutcome SheetImporter::WriteFormat(const SourceRow& row, const QString& article) {

@@ -109,7 +109,7 @@ Counterparties Controparti() {
                 {"COZON", "ANCODZON", Translated(Conti, "ANCODZON")},
                 {"COAGE", "ANCODAG1", TranslatedOrKnown(Conti, "ANCODAG1", "AGE_NTI")},
                 {"COPOR", "ANCODPOR", Translated(Conti, "ANCODPOR")},
-                ByRole("COMAC", "COMAF", "ANCONSUP", Text()),
+                ByRole("COMAC", "COMAF", "ANCONSUP", NotBlank(Text())),
                 {"COFID", "ANVALFID", NotZero()},
                 {"COBLK", "ANFLBLVE", Flag()},
                 {"COANN", "ANDTOBSO", HasExpired()},

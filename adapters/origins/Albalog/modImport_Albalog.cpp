@@ -13,7 +13,9 @@
 #include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/numberedLists.h"
+#include "adapters/contract/run/RowSelection.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -88,13 +90,45 @@ void GiveCarrier(ImportRun& run, const QString& party, const QString& code) {
     }
 }
 
+/// CDCON and carrier of counterparties.
+using TheirCarriers = std::vector<std::pair<QString, QString>>;
+
+/// A run of some rows does not come to everybody whose carrier it may bring: the source tells the others. One that goes
+/// on behind another gives each of them his carrier, any other one those who have none.
+void AddOthers(ImportRun& run, TheirCarriers& told) {
+    Session& session = run.GetSession();
+    const bool goesOn = session.Selection->ReachedBefore().has_value();
+    QMap<QString, QString> others;
+    Recordset rows =
+        session.SourceConnection().ExecuteWC("SELECT tipana, codana, codvet FROM anagraf\rORDER BY tipana, codana");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const QString kind = row.Text("tipana").toUpper();
+        if (!row.IsBlank(Codvet) && kind != u"V") {
+            others.insert(LookUp(session, "CON_TRO", kind == u"F" ? "COFGE" : "COCGE", row.Text(Codana), "CDCON"),
+                          row.Text(Codvet));
+        }
+    }
+    others.remove(QString()); // those that are not imported
+    for (const auto& one : told) {
+        others.remove(one.first);
+    }
+    for (const auto& [party, carrier] : others.asKeyValueRange()) {
+        if (goesOn || LookUp(session, "CON_TRO", "CDCON", party, "COVEP").isEmpty()) {
+            told.emplace_back(party, carrier);
+        }
+    }
+}
+
 void GiveCarriers(ImportRun& run) {
-    std::vector<std::pair<QString, QString>> told;
+    TheirCarriers told;
     Recordset rows = run.GetSession().Quadrix.ExecuteWC(
         "SELECT C.CDCON, I.TBNEW FROM " + run.FullName("CON_TRO") +
         " C\rINNER JOIN SYS_IMP I ON tbnam = 'anagraf' and tbfld = 'codvet' and tbold = C.CDCON\rORDER BY C.CDCON");
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         told.emplace_back(row.Text("CDCON"), row.Text("TBNEW"));
+    }
+    if (run.IsPart() && !run.IsSingle() && !FillsCodes(run)) {
+        AddOthers(run, told);
     }
     for (const auto& [party, carrier] : told) {
         GiveCarrier(run, party, carrier);

@@ -10,10 +10,12 @@
 #include "adapters/contract/kinds/BaseTables.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/Mapping.h"
+#include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Counterparty.h"
+#include "adapters/contract/write/cutTexts.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/PriceList.h"
 #include "adapters/sourceSettings.h"
@@ -34,6 +36,9 @@ namespace {
 const QString Anagrafe = QStringLiteral("anagrafe");
 const QString Destinaz = QStringLiteral("destinaz");
 const QString Pianocon = QStringLiteral("pianocon");
+
+constexpr int StreetSize = 25; ///< characters of "indirizzo" that are the street
+constexpr int NumberSize = 5;  ///< of those behind them that are the number of the house
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
@@ -57,14 +62,14 @@ const Mapping& Controparti() {
             {"COMAF", "contrpart", SupplierOnly(Text())},
             {"COSF1", "sconto1", SupplierOnly(LeadingNumber())},
             {"COFGE", "codice", SupplierOnly(Text())},
-            {"COIND", "indirizzo", NotBlank(FirstUpper(25))},
-            {"CONRC", "indirizzo", NotBlank(Part(26, 5))},
+            {"COIND", "indirizzo", NotBlank(FirstUpper(StreetSize))},
+            {"CONRC", "indirizzo", NotBlank(Part(StreetSize + 1, NumberSize))},
             {"COCAP", "cap", WhenNotBlank("localita", Text())},
             {"COCIT", "localita", Text()},
             {"COPRO", "prov", Text()},
             {"CONAZ", "", Constant("ITA")},
             {"COLNG", "", Constant("IT")},
-            {"COVAL", "valuta", Text()},
+            {"COVAL", "valuta", Or(Text(), schema::defaults::Currency)},
             {"COFIS", "codfiscale", NotBlank(Text())},
             {"COIVA", "partiva", NotBlank(Text())},
             {"COESE", "aliiva", Exemption(Translated("anagrafe", "aliva"))},
@@ -93,7 +98,7 @@ const Mapping& RuoloCliente() {
         Anagrafe,
         {
             {"COCLI", "", Constant(true)},
-            {"COMAC", "contrpart", Text()},
+            {"COMAC", "contrpart", NotBlank(Text())},
             {"COSC1", "sconto1", LeadingNumber()},
             {"COCGE", "codice", Text()},
         },
@@ -108,7 +113,7 @@ const Mapping& RuoloFornitore() {
         Anagrafe,
         {
             {"COFOR", "", Constant(true)},
-            {"COMAF", "contrpart", Text()},
+            {"COMAF", "contrpart", NotBlank(Text())},
             {"COSF1", "sconto1", LeadingNumber()},
             {"COFGE", "codice", Text()},
         },
@@ -125,8 +130,8 @@ const Mapping& Sedi() {
             {"CDSED", "codicedes", ThreeDigits()},
             {"SERAS", "ragionesoc", Text()},
             {"SETIP", "", Constant("CO")},
-            {"SEIND", "indirizzo", FirstUpper(25)},
-            {"SENRC", "indirizzo", Part(26, 5)},
+            {"SEIND", "indirizzo", FirstUpper(StreetSize)},
+            {"SENRC", "indirizzo", Part(StreetSize + 1, NumberSize)},
             {"SECAP", "cap", WhenNotBlank("localita", Text())},
             {"SECIT", "localita", WhenNotBlank("localita", Text())},
             {"SEPRO", "provincia", Text()},
@@ -222,11 +227,14 @@ RowOutcome GainRole(ImportRun& run, CounterpartyRegister& parties, const SourceR
         return missing.Write(target);
     }
     source.roles = RoleOf(!supplier);
-    const Roles keeps = parties.Join(source, {code, true}).keeps;
-    if (keeps.customer || keeps.supplier) {
+    const Joining joining = parties.Join(source, {code, true});
+    if (joining.keeps.customer || joining.keeps.supplier) {
+        static const CounterpartyMapping whole(Controparti());
+        parties.NoteDiscounts(whole.Discounts(), row, {code, true}, joining);
         target.Set(supplier ? "COFOR" : "COCLI", true);
     } else {
         (supplier ? RuoloFornitore() : RuoloCliente()).Apply(target, run.GetSession(), row, {});
+        parties.KeepDiscounts(target, source.roles, {code, true}, joining);
     }
     LeaveCodes(run);
     target.Update(QStringLiteral("WHERE CDCON = ") + run.Quoted(code));
@@ -267,10 +275,18 @@ void WriteAddresses(CounterpartyWriter& writer, const SourceRow& row, const Owne
     WriteDepartmentMail(writer, owner, row.Text("emailacq"), mailsToContacts, "ACQUISTI", "@ Magazzino");
 }
 
+/// What stands behind the number of the house is written nowhere.
+void TellCutStreet(ImportRun& run, const SourceRow& row) {
+    const QString street = row.Text("indirizzo");
+    const QString lost = RestOf(RestOf(street, StreetSize).trimmed(), NumberSize);
+    TellCut(run, {"indirizzo"}, street.chopped(lost.size()), street);
+}
+
 void WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& row, const Owner& counterparty) {
     Session& session = run.GetSession();
     const QString defaultBranch = row.Text("destdiv");
-    const QString query = "SELECT * FROM destinaz\rWHERE codicecf = " + run.Quoted(row.Text("codice"));
+    const QString query =
+        "SELECT * FROM destinaz\rWHERE codicecf = " + LiteralOf(session.SourceConnection(), row.Value("codice"));
     ForEachChild(session, query, Destinaz, "codicecf, codicedes", [&](const SourceRow& branch) {
         if (branch.IsBlank("indirizzo")) {
             return;
@@ -280,6 +296,10 @@ void WriteBranches(ImportRun& run, CounterpartyWriter& writer, const SourceRow& 
         // Which branch is the default stands in the counterparty's row, which a mapping of the branch does not see.
         target.Set("SEDEF", !defaultBranch.isEmpty() && defaultBranch == branch.Text("codicedes"));
         const Owner owner = writer.Branch(counterparty, target);
+        if (!owner.known) {
+            TellCut(run, Sedi(), branch, target);
+            TellCutStreet(run, branch);
+        }
         writer.Telephone(owner, "Ufficio", branch.Text("telefono"));
         writer.Telephone(owner, "Fax (uff.)", branch.Text("fax"));
     });
@@ -307,9 +327,16 @@ RowOutcome ImportControparte(ImportRun& run, CounterpartyRegister& parties, cons
     if (place.known) {
         return GainRole(run, parties, row, source, place.code);
     }
+    if (FillsCodes(run)) {
+        return SkipGone(run);
+    }
     parties.Join(source, place);
     TargetRow target(run, "CON_TRO");
     Controparti().Apply(target, run.GetSession(), row, {place.code, roles});
+    parties.KeepDiscounts(target, roles, place, {});
+    TellCut(run, Controparti(), row, target);
+    TellCutStreet(run, row);
+    TellLostZeros(run, target);
     target.Insert();
     CounterpartyWriter writer(run, row.IsBlank("timestamp") ? QVariant() : row.Value("timestamp"));
     const Owner owner = OwnerOf(place);

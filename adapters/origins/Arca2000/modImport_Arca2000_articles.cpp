@@ -7,6 +7,7 @@
 #include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/PriceList.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -134,11 +135,14 @@ QVariant AmountOf(ImportRun& run, const SourceRow& line, const QString& column) 
 
 /// Cost or price history of the article, and the work price list of its suppliers. A line belongs to the counterparty
 /// of its group when it has one.
-void WritePrices(ImportRun& run, const ArticleWriter& writer, const QString& sourceCode, const QString& article) {
+void WritePrices(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
     Session& session = run.GetSession();
+    const QString sourceCode = row.Text("codice");
     PriceListWriter lists(run);
-    Recordset rows = session.SourceConnection().ExecuteWC(
-        "SELECT * from listini\rWHERE codicearti = " + run.Quoted(sourceCode) + "\rORDER BY datainizio");
+    ovConnection& source = session.SourceConnection();
+    Recordset rows =
+        source.ExecuteWC("SELECT * from listini\rWHERE codicearti = " + LiteralOf(source, row.Value("codice")) +
+                         "\rORDER BY datainizio");
     for (const SourceRow line(rows); !rows.Eof(); rows.MoveNext()) {
         const QString counterparty = line.IsBlank("gruppo") ? line.Text("codclifor") : line.Text("gruppo");
         const QVariant price = AmountOf(run, line, "prezzo");
@@ -157,11 +161,11 @@ void WritePrices(ImportRun& run, const ArticleWriter& writer, const QString& sou
                     .created = line.Value("timestamp")});
         writer.Cost(history);
     }
+    lists.EndWorks(article);
 }
 
 RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow& row) {
     const QString sourceCode = row.Text("codice");
-    lists.EndWorks(article);
     if (sourceCode.isEmpty()) {
         throw ImportError(QStringLiteral("colonna 'codice': il codice manca"));
     }
@@ -169,8 +173,11 @@ RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow
     if (IsVariant(facts.code)) {
         return run.Skip("variante -C");
     }
+    if (FillsCodes(run)) {
+        return FillCodesOf(run, Articoli(), row, facts);
+    }
     writer.Claim(facts.code, sourceCode);
-    WritePrices(run, writer, sourceCode, facts.code);
+    WritePrices(run, writer, row, facts.code);
     const RowOutcome outcome = writer.Write(Articoli(), row, facts);
     writer.Texts(facts.code, row.Text("descrizion"));
     const double lastPrice = NumberOf(row, "uaprezzol");
@@ -213,12 +220,16 @@ CustomerList OpenList(ImportRun& run, PriceListWriter& writer, const QString& so
 }
 
 RowOutcome ImportPrezzo(ImportRun& run, PriceListWriter& writer, const SourceRow& row, CustomerList& list) {
+    if (row.IsBlank("codicearti")) {
+        throw ImportError(QStringLiteral("colonna 'codicearti': il codice manca"));
+    }
     const QString sourceCode = row.Text("codclifor");
     if (list.sourceCode != sourceCode) {
         run.Restores(list);
         list = OpenList(run, writer, sourceCode);
     }
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
+    IsImported(run, article); // which tells one that is not; its price may come before it
     const qint64 articleRow = writer.Article(list.head, article, {row.Value("datainizio"), row.Value("datafine")});
     return writer.AddScale(articleRow, {row.Value("u_qta"), AmountOf(run, row, "u_prezzo")});
 }

@@ -46,7 +46,7 @@ QString FormatPartitaIvaAxis(const QString& number, bool isItalian) {
 }
 
 /// Whether a country that the rule of countries has found is another one than Italy: what no translation tells and
-/// TAB_NAZ does not have, such as a number of the program's own, is not known to be one.
+/// TAB_NAZ does not have is not known to be one.
 bool IsKnownAbroad(const RuleInput& input, const RuleValue& found) {
     if (!found || found->toString() == schema::defaults::Country) {
         return false;

@@ -192,7 +192,7 @@ Counterparties Controparti() {
                 {"COVEP", "CodVettore", Translated(CliFor, "CodVettore")},
                 {"COFID", "Fido", NotZero()},
                 {"COBLK", "FlagBlocco", Flag()},
-                ByRole("COMAC", "COMAF", "CodMastro", Text()),
+                ByRole("COMAC", "COMAF", "CodMastro", NotBlank(Text())),
                 {"CONOT", "Note", Text()},
                 {"DTINS", "FirmaUltVarData", NotBlank(MomentOrNow())},
             },

@@ -10,6 +10,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/ArticleRecoding.h"
 #include "adapters/contract/write/BaseTable.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "adapters/contract/write/Stock.h"
 #include "adapters/sourceSettings.h"
@@ -78,10 +79,14 @@ const Mapping& Articoli() {
 
 // --- Materials ----------------------------------------------------------------------------------------------------
 
+QString CutMaterial(const QString& material) {
+    return FirstOf(material, schema::FindTable("TAB_MAT")->FindColumn("CDMAT")->size);
+}
+
 /// CDMAT of a material of the source: translated, else its code cut to the key.
 QString MaterialOf(Session& session, const QString& material) {
     const QString known = modImport::GetNewCode(session, "TAB_MAT", "CDMAT", material, true);
-    return known.isEmpty() ? FirstOf(material, schema::FindTable("TAB_MAT")->FindColumn("CDMAT")->size) : known;
+    return known.isEmpty() ? CutMaterial(material) : known;
 }
 
 RowOutcome ImportMateriale(ImportRun& run, const SourceRow& row) {
@@ -121,6 +126,33 @@ void TellOldArticle(ImportRun& run, const QString& old, const QString& code) {
                 .arg(run.RowKey(), old, code));
 }
 
+/// What only sheets have of the columns of an article.
+void SetSheet(Session& session, const Sheet& sheet, TargetRow& article) {
+    article.Set("ARMAT", sheet.material);
+    article.Set("ARDMZ", sheet.size.thickness);
+    article.Set("ARLAM", true);
+    const QString family = modImport::GetNewCode(session, MaterialiTable, "Famiglia", sheet.family, true);
+    if (!family.isEmpty()) {
+        article.Set("ARFAM", family);
+    }
+}
+
+/// The article that an import has made of the sheet gets the codes that it lacks. It keeps its own: a material that has
+/// been translated since would make another one.
+RowOutcome FillArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet) {
+    Session& session = run.GetSession();
+    const QString before = modImport::GetNewCode(session, "ART_ICO", "CDART", sheet.oldCode, false);
+    const MissingCodes missing(run, "ART_ICO", {before.isEmpty() ? sheet.code : before});
+    if (!missing.IsThere()) {
+        return SkipGone(run);
+    }
+    TargetRow given(run, "ART_ICO");
+    SetSheet(session, sheet, given);
+    TargetRow target(run, "ART_ICO");
+    missing.Take(given, {}, target, {{"ARMAT", {CutMaterial(row.Text("CodMateriale"))}}});
+    return missing.Write(target);
+}
+
 /// The article of the sheet under its new code: the old one recoded, unless the new one is there already.
 RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet) {
     Session& session = run.GetSession();
@@ -134,20 +166,12 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     if (recoded) {
         RecodeArticle(run, old, sheet.code);
     }
-    const auto setSheet = [&](TargetRow& target) {
-        target.Set("ARMAT", sheet.material);
-        target.Set("ARDMZ", sheet.size.thickness);
-        target.Set("ARLAM", true);
-        const QString family = modImport::GetNewCode(session, MaterialiTable, "Famiglia", sheet.family, true);
-        if (!family.isEmpty()) {
-            target.Set("ARFAM", family);
-        }
-    };
+    const auto setSheet = [&](TargetRow& target) { SetSheet(session, sheet, target); };
     if (!there && !recoded) {
         return ArticleWriter(run).Write(Articoli(), row, {sheet.code}, setSheet);
     }
     TargetRow target(run, "ART_ICO");
-    setSheet(target);
+    SetSheet(session, sheet, target);
     target.Update("WHERE " + Equals(session, "CDART", sheet.code));
     return RowOutcome::Updated;
 }
@@ -174,6 +198,9 @@ RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
         run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' non ha materiale o spessore")
                     .arg(run.RowKey(), sheet.oldCode));
         return run.Skip("lamiera senza materiale o spessore");
+    }
+    if (FillsCodes(run)) {
+        return FillArticle(run, row, sheet);
     }
     const RowOutcome outcome = WriteArticle(run, row, sheet);
     WriteFormat(run, sheet);

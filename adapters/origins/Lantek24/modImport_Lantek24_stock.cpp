@@ -6,6 +6,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Attachment.h"
+#include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
@@ -26,7 +27,7 @@ const QString Inventory = QStringLiteral("WWHH_IIVV_00000100");
 /// article needs the stock of all of them together, and orders the greatest of their orders at the least.
 void UpdateArticle(ImportRun& run, const SourceRow& row, const QString& article) {
     const ChildTable warehouses{.table = Inventory, .on = {{"PrdRef"}}, .order = "WrhRef", .naming = "WrhRef, PrdRef"};
-    if (!IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
+    if (FillsCodes(run) || !IsThere(run.GetSession(), "ART_ICO", "CDART", article)) {
         return;
     }
     double minimum = 0;

@@ -100,7 +100,7 @@ const CounterpartyMapping& Commerciale() {
             {"COPOR", "PORTO", Translated(CommercialTable, "PORTO")},
             {"COVEP", "VETTORE", Translated(CommercialTable, "VETTORE")},
             {"COFID", "FIDO", NotZero()},
-            ByRole("COMAC", "COMAF", "CONTO", Text()),
+            ByRole("COMAC", "COMAF", "CONTO", NotBlank(Text())),
             {"COPEC", "PEC", NotBlank(Text())},
         };
         return Mapping{"CON_TRO", CommercialTable, lines.Over({}), true};
