@@ -19,23 +19,30 @@ const char* const Vat = "01234567890";
 class PartiesTrial : public Trial {
 public:
     PartiesTrial()
-        : Trial(
-              "CREATE TABLE ANAG (RIGA INT, CODICE VARCHAR(8), NOME VARCHAR(20), IVA VARCHAR(20), ANN VARCHAR(1), "
-              "BLOC VARCHAR(1), PAG VARCHAR(4), LIS VARCHAR(6), TEL VARCHAR(30), MAIL VARCHAR(60), RIF VARCHAR(20))") {}
+        : Trial("CREATE TABLE ANAG (RIGA INT, CODICE VARCHAR(8), NOME VARCHAR(20), IVA VARCHAR(20), ANN VARCHAR(1), "
+                "BLOC VARCHAR(1), PAG VARCHAR(4), LIS VARCHAR(6), TEL VARCHAR(30), MAIL VARCHAR(60), RIF VARCHAR(20), "
+                "SC1 VARCHAR(6), SC2 VARCHAR(6))") {}
 
     /// @param marks "A": cancelled, "B": blocked
     void Source(const QString& code, const QString& marks = {}, const QString& vatNumber = Vat) {
         ++m_row;
         Get().Source->Execute(
-            QStringLiteral("INSERT INTO ANAG VALUES (%1, '%2', 'Rossi %2', '%3', '%4', '%5', 'P%2', 'L', '', '', '')")
+            QStringLiteral(
+                "INSERT INTO ANAG VALUES (%1, '%2', 'Rossi %2', '%3', '%4', '%5', 'P%2', 'L', '', '', '', '', "
+                "'')")
                 .arg(QString::number(m_row), code, vatNumber, marks.contains('A') ? "S" : "N",
                      marks.contains('B') ? "S" : "N"));
+    }
+    /// Of the row that came last.
+    void Discounts(const QString& first, const QString& second) {
+        Get().Source->Execute(QStringLiteral("UPDATE ANAG SET SC1 = '%1', SC2 = '%2' WHERE RIGA = %3")
+                                  .arg(first, second, QString::number(m_row)));
     }
     void Change(const QString& code, const QString& changes) {
         Get().Source->Execute("UPDATE ANAG SET " + changes + " WHERE CODICE = '" + code + '\'');
     }
     /// @return the kinds of lines that the log has about the run
-    QStringList Import(bool reset = false, PartyWriting writing = PartyWriting::Imported) {
+    QStringList Import(bool reset = false, PartyWriting writing = PartyWriting::Imported, const QString& code = {}) {
         const Counterparties parties{
             .frame = FrameNamed("ImportAnag"),
             .source = {.table = "ANAG", .key = "CODICE", .order = "RIGA"},
@@ -47,12 +54,14 @@ public:
                       {"COANN", "ANN", Flag()},
                       {"COBLK", "BLOC", Flag()},
                       ByRole("COMOP", "COMOA", "PAG", Text()),
-                      ByRole("COLSC", "COLSF", "LIS", Text())},
+                      ByRole("COLSC", "COLSF", "LIS", Text()),
+                      ByRole("COSC1", "COSF1", "SC1", NotBlank(RoundedTo(2))),
+                      ByRole("COSC2", "COSF2", "SC2", NotBlank(RoundedTo(2)))},
             .numbers = {.office = "TEL", .mail = "MAIL"},
             .contacts = {{.lines = {{"RFNOM", "RIF", Text()}}, .numbers = {}}},
             .writing = writing,
         };
-        ProcedureOf(std::nullopt, parties).run(Get(), {}, reset);
+        ProcedureOf(std::nullopt, parties).run(Get(), code, reset);
         QStringList kinds;
         for (const Notes::Kind& kind : Get().Results.last().notes.kinds) {
             kinds.append(kind.name);
@@ -114,6 +123,39 @@ private slots:
             QCOMPARE(trial.Rows("SELECT TBNAM, TBFLD, TBOLD, TBNEW FROM SYS_IMP ORDER BY TBOLD"), kept);
             QCOMPARE(trial.Import(), QStringList());
         }
+    }
+
+    /// Discounts that one row of a counterparty gives are not taken away by another one that has none; they go when no
+    /// row of the source has them any more.
+    void DiscountsOfSeveralRows_data() {
+        Columns<QStringList, QString, QString>("rows", "discounts", "cleared");
+        Row("the second has none", QStringList{"C1 5 3", "C2"}, "5|3|NULL", "NULL|NULL|NULL");
+        Row("the second has zeros", QStringList{"C1 5 3", "C2 0 0"}, "5|3|NULL", "0|0|NULL");
+        Row("the first has none", QStringList{"C1", "C2 5 3"}, "5|3|NULL", "5|3|NULL");
+        Row("the second has others", QStringList{"C1 5 3", "C2 10"}, "10|NULL|NULL", "10|NULL|NULL");
+        Row("two rows of one code", QStringList{"C1 5 3", "C1"}, "5|3|NULL", "NULL|NULL|NULL");
+        Row("a supplier who buys too", QStringList{"C1 5 3", "F1 7", "F2"}, "5|3|7", "NULL|NULL|7");
+    }
+    void DiscountsOfSeveralRows() {
+        QFETCH(const QStringList, rows);
+        PartiesTrial trial;
+        for (const QString& row : rows) {
+            trial.Source(row.section(' ', 0, 0));
+            trial.Discounts(row.section(' ', 1, 1), row.section(' ', 2, 2));
+        }
+        const QString discounts = "SELECT COSC1, COSC2, COSF1 FROM X01_CON_TRO";
+        for (int run = 0; run < 2; ++run) {
+            trial.Import();
+            QTEST(trial.One(discounts), "discounts");
+        }
+        const QString last = rows.last().section(' ', 0, 0);
+        trial.Import(false, PartyWriting::Imported, last); // alone it does not tell what the others have
+        if (last != "C1") {
+            QTEST(trial.One(discounts), "discounts");
+        }
+        trial.Change("C1", "SC1 = '', SC2 = ''");
+        trial.Import();
+        QTEST(trial.One(discounts), "cleared");
     }
 
     /// The source has given the code to somebody else since: his documents are not those of who had it before.

@@ -194,10 +194,7 @@ public:
         }
     }
     RowOutcome Row(const SourceRow& row) override;
-    bool End() override {
-        m_parties.TellCancelled();
-        return true;
-    }
+    void EndParts() override { m_parties.TellCancelled(); }
 
 private:
     SourceIdentity IdentityOf(const SourceRow& row, const Roles& roles) const;
@@ -206,7 +203,7 @@ private:
     void RefreshColumns(const SourceRow& row, const QString& code, const Roles& roles);
     PartyMarks MarksOf(const SourceRow& row, const Roles& roles) const;
     RowOutcome Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place, const Roles& roles,
-                     const Joining& joining) const;
+                     const Joining& joining);
     RowOutcome FillCodesOf(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                            const Roles& roles) const;
     void WriteHanging(CounterpartyWriter& writer, const SourceRow& row, const Owner& owner);
@@ -363,7 +360,10 @@ void SetJoined(TargetRow& target, const QString& party, const Joining& joining) 
 }
 
 RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
-                                       const Roles& roles, const Joining& joining) const {
+                                       const Roles& roles, const Joining& joining) {
+    for (const CounterpartyMapping& mapping : m_kind->mappings) {
+        m_parties.NoteDiscounts(mapping.Discounts(), row, place, joining);
+    }
     Roles written = roles;
     written.customer = roles.customer && !joining.keeps.customer;
     written.supplier = roles.supplier && !joining.keeps.supplier;
@@ -378,6 +378,7 @@ RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceR
             m_kind->declared.more(Run(), row, target);
         }
         SetJoined(target, place.code, joining);
+        m_parties.KeepDiscounts(target, roles, place, joining);
         if (!place.known) {
             for (const Mapping& texts : m_kind->texts) {
                 TellCut(Run(), texts, row, target);

@@ -172,6 +172,16 @@ TargetRow& TargetRow::SetWhenNew(QAnyStringView column, const QVariant& value) {
     return *this;
 }
 
+void TargetRow::Unset(QAnyStringView column) {
+    const schema::Column& found = Find(column);
+    if (const qint16 gone = std::exchange(m_fields[PlaceOf(found)], -1); gone >= 0) {
+        m_query.RemoveUpdateField(found.name);
+        for (qint16& field : m_fields) {
+            field = static_cast<qint16>(field > gone ? field - 1 : field);
+        }
+    }
+}
+
 TargetRow& TargetRow::SetId(QAnyStringView column, const PendingRows::Id& id) {
     if (*id == 0) {
         m_links.push_back({column.toString(), id});

@@ -22,6 +22,8 @@ public:
     TargetRow& Set(QAnyStringView column, const QVariant& value) override;
     /// Sets a column that has not been set if the row is inserted; one that is there keeps what it has.
     TargetRow& SetWhenNew(QAnyStringView column, const QVariant& value);
+    /// Takes back what a column was set to.
+    void Unset(QAnyStringView column);
     /// Sets a column to the identity value of a new row, which may not be known yet.
     TargetRow& SetId(QAnyStringView column, const PendingRows::Id& id);
     /// What a column has been set to, also for a new row alone; none when it has not been.
@@ -50,7 +52,7 @@ private:
     ovQueryConstructor m_query;
     std::vector<qint16> m_fields; ///< by the column's place in the table: its field of the query; -1: not set
     PendingRows::Links m_links;
+    std::vector<std::pair<QString, QVariant>> m_whenNew; ///< values by column
 };
 
-    std::vector<std::pair<QString, QVariant>> m_whenNew; ///< values by column
 } // namespace contract

@@ -43,13 +43,6 @@ Rule OrNull(const Rule& rule) {
             rule.side, rule.reads};
 }
 
-/// Whether a column is one of the discounts that go one upon the other: some of before and some of now are none that
-/// anybody has agreed on.
-bool IsDiscount(const QString& column) {
-    static const QStringList discounts{"COSC1", "COSC2", "COSC3", "COSF1", "COSF2", "COSF3"};
-    return discounts.contains(column);
-}
-
 /// The number that a text begins with, digit by digit, without zeros that do not count; "0" when it begins with none.
 QString LeadingDigits(const QString& text) {
     static const QRegularExpression number(QStringLiteral("^[0-9]*(\\.[0-9]*)?"));
@@ -91,11 +84,19 @@ Mapping RoleLines(const Mapping& whole, Side side, const QString& mark) {
     std::copy_if(whole.lines.begin(), whole.lines.end(), std::back_inserter(role.lines),
                  [side](const MapLine& line) { return line.rule.side == side; });
     for (MapLine& line : role.lines) {
-        if (IsDiscount(line.target)) {
+        if (DiscountColumns(side == Side::Customer).contains(line.target)) {
             line.rule = OrNull(line.rule);
         }
     }
     return role;
+}
+
+/// The lines of some columns that the source feeds.
+Mapping LinesOf(const Mapping& whole, const QStringList& columns) {
+    Mapping some{whole.targetTable, whole.sourceTable, {}, true};
+    std::copy_if(whole.lines.begin(), whole.lines.end(), std::back_inserter(some.lines),
+                 [&columns](const MapLine& line) { return !line.sources.isEmpty() && columns.contains(line.target); });
+    return some;
 }
 
 } // namespace
@@ -178,12 +179,8 @@ CounterpartyMapping::CounterpartyMapping(Mapping whole)
     : m_whole(std::move(whole)),
       m_customer(RoleLines(m_whole, Side::Customer, QStringLiteral("COCLI"))),
       m_supplier(RoleLines(m_whole, Side::Supplier, QStringLiteral("COFOR"))),
-      m_marks{m_whole.targetTable, m_whole.sourceTable, {}, true} {
-    std::copy_if(m_whole.lines.begin(), m_whole.lines.end(), std::back_inserter(m_marks.lines),
-                 [](const MapLine& line) {
-                     return !line.sources.isEmpty() && (line.target == u"COANN" || line.target == u"COBLK");
-                 });
-}
+      m_marks(LinesOf(m_whole, {"COANN", "COBLK"})),
+      m_discounts(LinesOf(m_whole, DiscountColumns(true) + DiscountColumns(false))) {}
 
 RowOutcome CounterpartyWriter::Write(const CounterpartyMapping& mapping, const SourceRow& row, const Placement& place,
                                      const Roles& roles, const std::function<void(TargetRow&)>& more) const {

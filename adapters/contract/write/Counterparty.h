@@ -74,7 +74,7 @@ struct NumberColumns {
 
 /// How a source row becomes a row of CON_TRO: whole for a new counterparty; for one that is there the columns of its
 /// roles alone (`CustomerOnly` and `SupplierOnly`, and the mark of the role), of which a discount that the source does
-/// not tell is cleared.
+/// not tell is cleared (unless `CounterpartyRegister::KeepDiscounts` takes that back).
 class CounterpartyMapping {
 public:
     explicit CounterpartyMapping(Mapping whole);
@@ -84,6 +84,8 @@ public:
     const Mapping& Role(bool customer) const { return customer ? m_customer : m_supplier; }
     /// The marks that hold for all roles, COANN and COBLK, as far as the source tells them.
     const Mapping& Marks() const { return m_marks; }
+    /// What it tells of discounts.
+    const Mapping& Discounts() const { return m_discounts; }
     /// The whole and the roles, for `Needs`.
     std::vector<const Mapping*> All() const { return {&m_whole, &m_customer, &m_supplier}; }
 
@@ -92,8 +94,6 @@ private:
     Mapping m_customer;
     Mapping m_supplier;
     Mapping m_marks;
-};
-
     Mapping m_discounts;
 };
 
@@ -101,6 +101,8 @@ private:
 struct BranchSource {
     const Mapping& mapping;
     const SourceRow& row;
+};
+
 /// Writes the counterparty of a source row and what hangs on it. It knows the target, never the origin.
 /// Every operation raises `SqlError`, `RowGivenUp` or, for a value that does not fit, `ImportError`.
 class CounterpartyWriter {

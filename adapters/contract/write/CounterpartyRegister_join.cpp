@@ -1,6 +1,8 @@
 // What becomes of a counterparty that several rows of the source are.
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/map/Mapping.h"
+#include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/CounterpartyRegister.h"
 #include "sql/mod_ovTools.h"
 
@@ -37,9 +39,15 @@ QStringList ListsThatAreThere(Session& session, const QString& party, QStringLis
 
 } // namespace
 
+const QStringList& DiscountColumns(bool customer) {
+    static const QStringList ofCustomers{"COSC1", "COSC2", "COSC3"};
+    static const QStringList ofSuppliers{"COSF1", "COSF2", "COSF3"};
+    return customer ? ofCustomers : ofSuppliers;
+}
+
 Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement& place) {
     if (source.marks.cancelled != true) {
-        m_run.Remember(m_inUse, place.code);
+        m_run.Remember(m_cancelled->inUse, place.code);
     }
     const auto party = place.known ? Find(place.code) : std::nullopt;
     Joining joining{.isAgain = place.isAgain};
@@ -118,7 +126,9 @@ void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& p
     const bool isBeside = !has && m_joined.PartyOf(customer, source.code) == party.code;
     const bool keeps = !has && KeepsCode(source, party, customer);
     const QString code = InRole(customer, source.code);
-    joining.isAgain = joining.isAgain || ((has || isBeside) && !m_joinedNow.contains(code));
+    const bool isAgain = (has || isBeside) && !m_joinedNow.contains(code);
+    joining.isAgain = joining.isAgain || isAgain;
+    (customer ? joining.clears.customer : joining.clears.supplier) = isAgain && Clears(party, customer);
     if (!has && !isBeside) {
         m_run.Remember(m_joinedNow, code);
     }
@@ -129,6 +139,42 @@ void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& p
     if (!has && !keeps && !there.isEmpty()) {
         KeepDisplaced(customer, there, party.code);
     }
+}
+
+/// Whether the discounts of a role are those of the source row alone: another row of the same counterparty, of this run
+/// or one that the run does not come to, may have given them.
+bool CounterpartyRegister::Clears(const Party& party, bool customer) {
+    return !m_discounted.contains(InRole(customer, party.code)) &&
+           !(m_run.IsPart() && m_joined.HasAny(customer, party.code));
+}
+
+void CounterpartyRegister::KeepDiscounts(TargetRow& target, const Roles& roles, const Placement& place,
+                                         const Joining& joining) {
+    for (const bool customer : {true, false}) {
+        const QStringList& columns = DiscountColumns(customer);
+        const bool gives = std::any_of(columns.begin(), columns.end(), [&target](const QString& column) {
+            return mod_ovTools::ReadNumber(target.Value(column)).value_or(0) != 0;
+        });
+        if (HasRole(roles, customer) && gives) {
+            m_run.Remember(m_discounted, InRole(customer, place.code));
+        } else if (HasRole(roles, customer) && place.known && !HasRole(joining.clears, customer)) {
+            std::for_each(columns.begin(), columns.end(), [&target](const QString& column) { target.Unset(column); });
+        }
+    }
+}
+
+void CounterpartyRegister::NoteDiscounts(const Mapping& discounts, const SourceRow& row, const Placement& place,
+                                         const Joining& joining) {
+    if (!joining.keeps.customer && !joining.keeps.supplier) {
+        return;
+    }
+    TargetRow told(m_run, QStringLiteral("CON_TRO"));
+    try {
+        discounts.Apply(told, m_run.GetSession(), row, {place.code, joining.keeps});
+    } catch (const ImportError&) { // which is not written
+        return;
+    }
+    KeepDiscounts(told, joining.keeps, place, joining);
 }
 
 /// Whether a counterparty is cancelled no longer for a row that it becomes one with: cancelled is who is so in every
@@ -175,14 +221,14 @@ void CounterpartyRegister::NoteCancelled(const Roles& roles, const QString& code
 
 void CounterpartyRegister::NoteCancelled(const Party& party) {
     if (!party.isCancelled) {
-        m_cancelled.emplace_back(party.code, m_run.RowKey());
-        m_run.WhenTakenBack([this] { m_cancelled.pop_back(); });
+        m_cancelled->rows.emplace_back(party.code, m_run.RowKey());
+        m_run.WhenTakenBack([this] { m_cancelled->rows.pop_back(); });
     }
 }
 
 void CounterpartyRegister::TellCancelled() {
-    for (const auto& [party, row] : m_cancelled) {
-        if (!m_inUse.contains(party)) {
+    for (const auto& [party, row] : std::exchange(m_cancelled->rows, {})) {
+        if (!m_cancelled->inUse.contains(party)) {
             m_run.Log(QStringLiteral(
                           "ANNULLATA NELL'ORIGINE: %1: la controparte %2 non è annullata in Quadrix, e resta com'è")
                           .arg(row, party));

@@ -32,6 +32,12 @@ QString JoinedCodes::PartyOf(bool customer, const QString& code) {
     return Parties().value(KeyOf(SourceCodeColumn(customer), code));
 }
 
+bool JoinedCodes::HasAny(bool customer, const QString& party) {
+    const QString column = SourceCodeColumn(customer) + u' ';
+    const QStringList keys = Parties().keys(party);
+    return std::any_of(keys.begin(), keys.end(), [&column](const QString& key) { return key.startsWith(column); });
+}
+
 void JoinedCodes::Add(bool customer, const QString& code, const QString& party) {
     if (PartyOf(customer, code) == party) {
         return;

@@ -14,6 +14,8 @@ public:
 
     /// CDCON of the counterparty of a code of that role; empty when it is none of these.
     QString PartyOf(bool customer, const QString& code);
+    /// Whether a counterparty has such codes of that role.
+    bool HasAny(bool customer, const QString& party);
     /// Keeps a code as that of a counterparty, in place of another one.
     void Add(bool customer, const QString& code, const QString& party);
     /// Forgets a code that its counterparty alone has in the column from now on.
