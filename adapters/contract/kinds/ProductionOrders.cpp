@@ -152,9 +152,9 @@ void ProductionOrderWriter::Write(ImportRun& run, const SourceRow& row, qint64 d
 
 /// @param order one that the source has no more
 void ProductionOrderWriter::TakeAway(ImportRun& run, qint64 order, const QString& name) const {
-    const QString user = run.Quoted(schema::defaults::ImportUser);
-    const QString byHand =
-        QStringLiteral(" AND (COALESCE(USINS, '') <> %1 OR COALESCE(USMDF, '') NOT IN ('', %1))").arg(user);
+    const Session& session = run.GetSession();
+    const QString byHand = " AND NOT (" + OfImports(session, "COALESCE(USINS, '')") +
+                           " AND (COALESCE(USMDF, '') = '' OR " + OfImports(session, "USMDF") + "))";
     const std::array<std::pair<QString, QString>, 3> rows{
         {{Parts, Equals(PartOwner, order)}, {Phases, Equals(PhaseOwner, order)}, {Orders, Equals("RECORD_ID", order)}}};
     const bool isOfImports = std::ranges::all_of(

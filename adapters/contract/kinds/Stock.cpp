@@ -103,7 +103,7 @@ std::vector<LocationImporter::Place> LocationImporter::ChangedPlaces() const {
         const Place place{row.Text("RECORD_ID"), row.Text("CDART"), row.Text("CDUBI"),
                           m_shown.contains(DigestOf(row.Text("CDART"), row.Text("CDUBI")))};
         const bool isDefault = mod_ovTools::ToBoolean(row.Value("UADEF"));
-        const bool isPutAside = !isDefault && row.Text("USMDF") == schema::defaults::ImportUser;
+        const bool isPutAside = !isDefault && IsImportUser(row.Text("USMDF"));
         if (place.isShown ? isPutAside : isDefault && m_articles.contains(DigestOf(place.article))) {
             changed.push_back(place);
         }

@@ -132,8 +132,12 @@ QString Equals(const Session& session, const QString& column, const QString& tex
     return column + QStringLiteral(" = ") + Literal(session, text);
 }
 
-QString OfImports(const Session& session) {
-    return Equals(session, QStringLiteral("USINS"), schema::defaults::ImportUser);
+bool IsImportUser(const QString& user) {
+    return user.trimmed().compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0;
+}
+
+QString OfImports(const Session& session, const QString& userColumn) {
+    return Equals(session, userColumn, schema::defaults::ImportUser);
 }
 
 QString Equals(const QString& column, qint64 number) {

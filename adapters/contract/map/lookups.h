@@ -28,8 +28,10 @@ qint64 IdWhere(Session& session, const QString& table, const QString& condition)
 /// "COLUMN = literal": a condition on a text of the target. Codes are written in capitals, and not every engine takes
 /// "à" for "À": of a text with such a letter, "COLUMN IN (literal, literal in capitals)".
 QString Equals(const Session& session, const QString& column, const QString& text);
-/// The condition on rows of the target that an import has inserted.
-QString OfImports(const Session& session);
+/// Whether a row's user (USINS, USMDF) is the one that imports write as.
+bool IsImportUser(const QString& user);
+/// The condition on rows of the target that an import has inserted; on those that one has changed last with USMDF.
+QString OfImports(const Session& session, const QString& userColumn = QStringLiteral("USINS"));
 /// "COLUMN = number".
 QString Equals(const QString& column, qint64 number);
 

@@ -3,7 +3,6 @@
 #include "adapters/contract/map/lookups.h"
 #include "core/modImport.h"
 #include "core/Schema.h"
-#include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
@@ -93,7 +92,7 @@ std::optional<QString> NameOfHandsList(Session& session, const QString& number) 
                                   " WHERE " + Equals(session, "CDLIS", number));
     std::optional<QString> name;
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        if (row.Text("USINS").compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0) {
+        if (IsImportUser(row.Text("USINS"))) {
             return std::nullopt;
         }
         name = row.Text("LTDES");

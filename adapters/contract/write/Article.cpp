@@ -212,7 +212,7 @@ void ArticleWriter::CodeAtCounterparty(const QString& article, const QString& co
 void ArticleWriter::Describe(const SourceRow& there, const QString& description) const {
     TargetRow row(m_run, "ART_COD");
     row.Set("CODES", description);
-    const bool isByImport = there.Text("USINS").compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0;
+    const bool isByImport = IsImportUser(there.Text("USINS"));
     if (isByImport && !description.isEmpty() && there.Text("CODES") != row.Value("CODES").toString().trimmed()) {
         row.Update(QStringLiteral("WHERE RECORD_ID = ") + there.Text("RECORD_ID"));
     }
@@ -334,9 +334,8 @@ void SupplierLinks::ReadThere() {
         m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM %1 WHERE ").arg(m_run.FullName(LinkTable)) +
                                              Equals(session, CodeColumn, m_article));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        There there{row.Text("RECORD_ID"), false,
-                    row.Text("USINS").compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0,
-                    row.Text("CDCON"), mod_ovTools::ToBoolean(row.Value("AFABI"))};
+        There there{row.Text("RECORD_ID"), false, IsImportUser(row.Text("USINS")), row.Text("CDCON"),
+                    mod_ovTools::ToBoolean(row.Value("AFABI"))};
         for (size_t i = 0; i < LinkColumns.size(); ++i) {
             there.values[i] = row.Value(LinkColumns[i]);
         }

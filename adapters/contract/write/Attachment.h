@@ -69,7 +69,7 @@ private:
 std::vector<TableNeed> ImageNeeds();
 
 /// Stores a picture file as the image of a record, as JPEG, in place of the one that is there. A file that is not there
-/// or no picture that can be read is logged and skipped, as is what `WriteAttachment` skips. Raises as that does.
+/// or no picture that can be read is logged and skipped, as is what `AttachmentWriter` skips. Raises as that does.
 RowOutcome StoreImage(ImportRun& run, const AttachedFile& file);
 
 } // namespace contract

@@ -123,8 +123,7 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
     const ListHead head{list, found.Value("RECORD_ID").toLongLong()};
     const QString name = found.Value("LTDES").toString();
     const QString money = found.Value("LTVAL").toString();
-    const bool isHands =
-        found.Value("USINS").toString().trimmed().compare(schema::defaults::ImportUser, Qt::CaseInsensitive) != 0;
+    const bool isHands = !IsImportUser(found.Value("USINS").toString());
     found.Close();
     TargetRow row(m_run, "LIS_TES");
     const bool isRenamed = !description.isEmpty() && description != name;

@@ -251,7 +251,7 @@ MovementImporter::Numbered MovementImporter::WithNumber(int year, qint64 number)
     }
     const SourceRow movement(found);
     const qint64 id = movement.Value("RECORD_ID").toLongLong();
-    const bool isImported = movement.Text("USINS") == schema::defaults::ImportUser && NumberOf(movement, "MMINV") == 0;
+    const bool isImported = IsImportUser(movement.Text("USINS")) && NumberOf(movement, "MMINV") == 0;
     return {id, year, number, isImported && !m_written.contains(id)};
 }
 

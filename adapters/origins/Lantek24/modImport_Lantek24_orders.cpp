@@ -225,11 +225,11 @@ void OrderImporter::TellOrdersLeft() {
     }
     Session& session = m_run.GetSession();
     const QSet<qint64> bills(m_billIds.cbegin(), m_billIds.cend());
-    Recordset rows = session.Quadrix.ExecuteWC(
-        "SELECT O.RECORD_ID, O.OPIDD, O.OPDAT, O.OPQTA, D.DBART FROM " + m_run.FullName("ORD_PRO") + " O LEFT JOIN " +
-        m_run.FullName("DIS_BAS") + " D ON D.RECORD_ID = O.OPIDD WHERE " +
-        Equals(session, "O.OPTPD", schema::defaults::OrderOfBill) + " AND " +
-        Equals(session, "O.USINS", schema::defaults::ImportUser) + " ORDER BY O.RECORD_ID");
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT O.RECORD_ID, O.OPIDD, O.OPDAT, O.OPQTA, D.DBART FROM " +
+                                               m_run.FullName("ORD_PRO") + " O LEFT JOIN " + m_run.FullName("DIS_BAS") +
+                                               " D ON D.RECORD_ID = O.OPIDD WHERE " +
+                                               Equals(session, "O.OPTPD", schema::defaults::OrderOfBill) + " AND " +
+                                               OfImports(session, "O.USINS") + " ORDER BY O.RECORD_ID");
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         const qint64 id = row.Value("RECORD_ID").toLongLong();
         const QString code = m_kept->value(id);

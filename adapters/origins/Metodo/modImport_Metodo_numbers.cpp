@@ -4,7 +4,6 @@
 
 #include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
-#include "core/schemaDefaults.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -89,7 +88,7 @@ bool IsAligned(ImportRun& run, const QString& party, const Labelled& labelled) {
 bool Remove(ImportRun& run, const QString& party, const Labelled& labelled) {
     Session& session = run.GetSession();
     const QString where = RowsOf(session, party, labelled) + " AND " + OfImports(session) + " AND (USMDF IS NULL OR " +
-                          Equals(session, "USMDF", schema::defaults::ImportUser) + ")";
+                          OfImports(session, "USMDF") + ")";
     const QStringList values = ValuesOf(run, labelled, where);
     if (values.isEmpty() || HasFurtherCodes(session, party)) {
         return false;

@@ -78,8 +78,6 @@ const Mapping& RighePromozione() {
 
 // --- Promotions ---------------------------------------------------------------------------------------------------
 
-bool IsImportUser(const QString& user) { return user.compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0; }
-
 /// A discount that a promotion has here.
 struct Sconto {
     QString id;

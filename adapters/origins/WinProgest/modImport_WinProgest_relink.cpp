@@ -68,7 +68,7 @@ bool Unlink(ImportRun& run, const DocumentKind& kind, qint64 here, const SourceR
         session.Quadrix.ExecuteWC("SELECT DRORI, USMDF FROM " + session.Quadrix.GetFullTableName(kind.family.row) +
                                   " WHERE " + Equals("RECORD_ID", here) + " AND DRORI <> 0 AND " + OfImports(session));
     const QString changer = here == 0 || found.Eof() ? QString() : mod_ovTools::ToText(found.Value("USMDF")).trimmed();
-    if (here == 0 || found.Eof() || (!changer.isEmpty() && changer != schema::defaults::ImportUser)) {
+    if (here == 0 || found.Eof() || (!changer.isEmpty() && !IsImportUser(changer))) {
         return false;
     }
     run.Log(QStringLiteral("COLLEGAMENTO TOLTO: %1, %2: DRORI era '%3'")
