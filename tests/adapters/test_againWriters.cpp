@@ -122,6 +122,7 @@ private slots:
         first.Work(Price("000001", 10, 3));
         first.Work(Price({}, 0, 4));
         PriceListWriter again(target.Run);
+        again.BeginWorks("VITE");
         again.Work(Price("000001", QVariant(), 5));
         again.Work(Price("000001", 0, 6));
         again.Work(Price("000001", 10, 7));
@@ -135,35 +136,46 @@ private slots:
 
     /// A second import of other prices of works: one that another has replaced would go on holding beside it.
     void workPricesThatHaveGone_data() {
-        Columns<QString, QString, QString, QString>("byHand", "written", "gone", "told");
+        Columns<QString, bool, QString, QString, QString>("byHand", "again", "written", "gone", "told");
         const QString hand("UPDATE X01_LIS_LAS SET USMDF = 'ANNA'");
-        Row("as imported", QString(), "000002|999999999|2 000003|999999999|7 000001|5|3", "1", "1 rimane");
-        Row("changed by hand", hand, "000001|999999999|1 000002|999999999|2 000003|999999999|7 000001|5|3", "0",
-            "2 rimangono");
+        const QString all("000001|999999999|1 000002|999999999|2 000003|999999999|7 000001|5|3");
+        Row("as imported", QString(), false, "000002|999999999|2 000003|999999999|7 000001|5|3", "1", "1 rimane");
+        Row("changed by hand", hand, false, all, "0", "2 rimangono");
+        Row("another code of the article has them", QString(), true, all, "0", "");
     }
     void workPricesThatHaveGone() {
         QFETCH(const QString, byHand);
+        QFETCH(const bool, again);
         QFETCH(const QString, told);
         WritersTarget target;
+        const auto write = [](PriceListWriter& writer) {
+            writer.BeginWorks("VITE");
+            writer.Work(Price("000001", 0, 1));
+            writer.Work(Price("000002", 0, 2));
+            writer.Work(Price("000003", 0, 7));
+        };
         PriceListWriter first(target.Run);
-        first.Work(Price("000001", 0, 1));
-        first.Work(Price("000002", 0, 2));
-        first.Work(Price("000003", 0, 7));
-        first.EndWorks("VITE");
+        write(first);
+        first.EndWorks();
         QVERIFY(target.Left().isEmpty());
         if (!byHand.isEmpty()) {
             target.Execute(byHand);
         }
-        PriceListWriter again(target.Run);
-        again.Work(Price("000001", 5, 3));
-        again.Work(Price("000003", 0, 7));
-        again.EndWorks("VITE");
+        PriceListWriter second(target.Run);
+        if (again) {
+            write(second);
+        }
+        second.BeginWorks("VITE");
+        second.Work(Price("000001", 5, 3));
+        second.Work(Price("000003", 0, 7));
+        second.EndWorks();
         QTEST(target
                   .Rows("SELECT L.CDFOR, S.SCQTA, S.SCCOS FROM X01_LIS_LAV L JOIN X01_LIS_LAS S ON S.IDLSD = "
                         "L.RECORD_ID ORDER BY L.RECORD_ID")
                   .join(' '),
               "written");
         QTEST(QString::number(target.Log().count("PREZZO TOLTO")), "gone");
+        QCOMPARE(target.Left().isEmpty(), told.isEmpty());
         QVERIFY2(target.Left().join(' ').contains(told), target.Log());
     }
 

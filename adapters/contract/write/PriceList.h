@@ -84,14 +84,18 @@ public:
     /// tells too, where no other module imports prices: those of the lists that were met, and of those that this part
     /// of the procedure alone has imported earlier. Nothing in a run that takes some of the source rows alone.
     void EndLists();
-    /// Writes the price of a work on an article at a supplier, with one scale; the one that an earlier import wrote for
-    /// the same work, article, supplier, first day and quantity is rewritten. A source that has several alike has each
-    /// of them written once by this writer.
+    /// A row of the source with all works of an article follows. Two codes of the source may be one article.
+    void BeginWorks(const QString& article);
+    /// Writes the price of a work on an article at a supplier, with one scale; the one that was written before this row
+    /// of the source for the same work, article, supplier, first day and quantity is rewritten. A row that has several
+    /// alike has each of them written once.
     void Work(const WorkPrice& price);
-    /// Behind all works of an article: deletes the prices that an earlier import wrote and that `Work` has not met where
-    /// one of the same work, supplier and first day has come, beside which they would go on holding, and logs them. The
-    /// others that hold today, and those that a hand has changed since, it tells only.
-    void EndWorks(const QString& article);
+    /// Behind the last row of the source: of the articles that have begun, deletes the prices that an earlier import
+    /// wrote and that `Work` has not met where one of the same work, supplier and first day has come, beside which they
+    /// would go on holding, and logs them. The others that hold today, and those that a hand has changed since, it
+    /// tells only; so it does with all of them where rows were given up, which may have them. Nothing in a run that
+    /// takes some of the source rows alone.
+    void EndWorks();
 
 private:
     /// RECORD_IDs of a work price and of its scale; 0 for none.
@@ -116,6 +120,7 @@ private:
                      const QVariant& since) const;
     ListHead KnownHead(const QString& list, const QString& direction, const QString& description,
                        const QString& currency) const;
+    void EndWorksOf(const QString& article);
     void ReadScales(qint64 articleRow);
     void EndScales(bool areDeleted);
     std::map<qint64, QString> ListsToLookAt();
@@ -147,3 +152,5 @@ private:
 };
 
 } // namespace contract
+    QSet<qint64> m_worksOfRow;                  ///< those of the source row under way
+    QSet<QString> m_worked;                     ///< articles that have work prices

@@ -4,11 +4,12 @@
 #include "adapters/contract/write/noLongerThere.h"
 #include "adapters/contract/write/scaleRows.h"
 #include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
 
-/// A price that was written before its work or its supplier was known has none of them.
+/// A price that was written before its work or its supplier was known has none of them; one of this run had them told.
 PriceListWriter::KnownWork PriceListWriter::FindWork(const WorkPrice& price) const {
     Session& session = m_run.GetSession();
     if (session.Quadrix.IsAbsent("LIS_LAV", "CDART", price.article)) {
@@ -19,19 +20,27 @@ PriceListWriter::KnownWork PriceListWriter::FindWork(const WorkPrice& price) con
         return QString(u'(' + Equals(session, text, value) + u" OR " + text + u" = '')");
     };
     Recordset rows = session.Quadrix.ExecuteWC(
-        u"SELECT L.RECORD_ID, S.RECORD_ID SCALE_ID FROM " + m_run.FullName("LIS_LAV") + u" L JOIN " +
+        u"SELECT L.RECORD_ID, S.RECORD_ID SCALE_ID, L.CDLAV, L.CDFOR FROM " + m_run.FullName("LIS_LAV") + u" L JOIN " +
         m_run.FullName("LIS_LAS") + u" S ON S.IDLSD = L.RECORD_ID WHERE " + Equals(session, "L.CDART", price.article) +
         u" AND " + OnDay(session, "L.LLINV", price.validity.from) + u" AND S.SCQTA = " +
         mod_ovTools::FormatSqlValue(QuantityOf(price.scale), DataType::Double, session.Quadrix.ProviderType) +
         u" AND " + sameOrBlank("L.CDLAV", price.work) + u" AND " + sameOrBlank("L.CDFOR", price.supplier) +
         u" ORDER BY L.CDFOR DESC, L.CDLAV DESC, L.RECORD_ID");
-    for (; !rows.Eof(); rows.MoveNext()) {
-        const KnownWork known{rows.Fields(0).Value().toLongLong(), rows.Fields(1).Value().toLongLong()};
-        if (!m_works.contains(known.price)) {
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const KnownWork known{row.Value("RECORD_ID").toLongLong(), row.Value("SCALE_ID").toLongLong()};
+        const bool isExact = IsSameCode(row.Text("CDLAV"), price.work) && IsSameCode(row.Text("CDFOR"), price.supplier);
+        if (!m_worksOfRow.contains(known.price) && (isExact || !m_works.contains(known.price))) {
             return known;
         }
     }
     return {};
+}
+
+void PriceListWriter::BeginWorks(const QString& article) {
+    m_worksOfRow.clear();
+    if (!m_run.GetSession().Quadrix.IsAbsent("LIS_LAV", "CDART", article)) {
+        m_run.Remember(m_worked, article);
+    }
 }
 
 void PriceListWriter::Work(const WorkPrice& price) {
@@ -64,7 +73,9 @@ void PriceListWriter::Work(const WorkPrice& price) {
     if (known.price == 0) {
         known.price = m_run.LastId("LIS_LAV");
     }
-    m_works.insert(known.price);
+    m_run.Remember(m_works, known.price);
+    m_run.Remember(m_worksOfRow, known.price);
+    m_run.Remember(m_worked, price.article);
     TargetRow scale = ScaleRow(m_run, "LIS_LAS", "SCCOS", price.scale);
     scale.Set("IDLSD", known.price);
     write(scale, known.scale);
@@ -96,9 +107,7 @@ struct WorkThere {
         from = day("LLINV");
         holds = !day("LLFIV").isValid() || day("LLFIV") >= today;
         for (const char* column : {"USINS", "USMDF", "SCALE_USINS", "SCALE_USMDF"}) {
-            const QString user = row.Text(column);
-            isUntouched =
-                isUntouched && (user.isEmpty() || user.compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0);
+            isUntouched = isUntouched && (row.IsBlank(column) || IsImportUser(row.Text(column)));
         }
     }
     /// Whether it is the price of the same work from the same day; one may have been written before its work was known.
@@ -109,11 +118,19 @@ struct WorkThere {
 
 } // namespace
 
-void PriceListWriter::EndWorks(const QString& article) {
-    Session& session = m_run.GetSession();
-    if (session.Quadrix.IsAbsent("LIS_LAV", "CDART", article)) {
+void PriceListWriter::EndWorks() {
+    if (m_run.IsPart()) {
         return;
     }
+    QStringList articles(m_worked.cbegin(), m_worked.cend());
+    articles.sort();
+    for (const QString& article : std::as_const(articles)) {
+        EndWorksOf(article);
+    }
+}
+
+void PriceListWriter::EndWorksOf(const QString& article) {
+    Session& session = m_run.GetSession();
     std::vector<WorkThere> met;
     std::vector<WorkThere> left;
     Recordset rows = session.Quadrix.ExecuteWC(u"SELECT L.RECORD_ID, L.CDLAV, L.CDFOR, L.LLINV, L.LLFIV, L.USINS, "
@@ -126,7 +143,7 @@ void PriceListWriter::EndWorks(const QString& article) {
         const WorkThere one(row, session.UserManager.DataElaborazione);
         if (m_works.contains(one.id)) {
             met.push_back(one);
-        } else if (row.Text("USINS").compare(schema::defaults::ImportUser, Qt::CaseInsensitive) == 0) {
+        } else if (IsImportUser(row.Text("USINS"))) {
             left.push_back(one);
         }
     }
@@ -136,7 +153,7 @@ void PriceListWriter::EndWorks(const QString& article) {
         const bool isReplaced = std::ranges::any_of(met, [&one](const WorkThere& other) { return one.IsSame(other); });
         const auto isOfIt = [&one](const WorkThere& other) { return other.id == one.id; };
         const bool isWhole = one.isUntouched && std::ranges::count_if(left, isOfIt) == 1; // a hand has added a scale
-        if (isReplaced && isWhole) {
+        if (isReplaced && isWhole && !m_run.HasGivenUp()) {
             m_run.DeleteRows("LIS_LAS", Equals("IDLSD", one.id));
             m_run.DeleteRows("LIS_LAV", Equals("RECORD_ID", one.id));
             TellWorkGone(article, one.supplier, one.from, one.quantity);
@@ -144,8 +161,8 @@ void PriceListWriter::EndWorks(const QString& article) {
             told.insert(one.id);
         }
     }
-    TellNoLongerThere(m_run, QStringLiteral("PREZZI"), QStringLiteral("lavorazioni dell'articolo '%1'").arg(article),
-                      told.size());
+    TellNotMetAgain(m_run, QStringLiteral("PREZZI"), QStringLiteral("lavorazioni dell'articolo '%1'").arg(article),
+                    told.size());
 }
 
 /// Tells of the price that another one of the same day has replaced.

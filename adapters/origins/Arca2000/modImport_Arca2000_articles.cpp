@@ -135,10 +135,11 @@ QVariant AmountOf(ImportRun& run, const SourceRow& line, const QString& column) 
 
 /// Cost or price history of the article, and the work price list of its suppliers. A line belongs to the counterparty
 /// of its group when it has one.
-void WritePrices(ImportRun& run, const ArticleWriter& writer, const SourceRow& row, const QString& article) {
+void WritePrices(ImportRun& run, const ArticleWriter& writer, PriceListWriter& lists, const SourceRow& row,
+                 const QString& article) {
     Session& session = run.GetSession();
     const QString sourceCode = row.Text("codice");
-    PriceListWriter lists(run);
+    lists.BeginWorks(article);
     ovConnection& source = session.SourceConnection();
     Recordset rows =
         source.ExecuteWC("SELECT * from listini\rWHERE codicearti = " + LiteralOf(source, row.Value("codice")) +
@@ -161,10 +162,9 @@ void WritePrices(ImportRun& run, const ArticleWriter& writer, const SourceRow& r
                     .created = line.Value("timestamp")});
         writer.Cost(history);
     }
-    lists.EndWorks(article);
 }
 
-RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow& row) {
+RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, PriceListWriter& lists, const SourceRow& row) {
     const QString sourceCode = row.Text("codice");
     if (sourceCode.isEmpty()) {
         throw ImportError(QStringLiteral("colonna 'codice': il codice manca"));
@@ -177,7 +177,7 @@ RowOutcome ImportArticolo(ImportRun& run, ArticleWriter& writer, const SourceRow
         return FillCodesOf(run, Articoli(), row, facts);
     }
     writer.Claim(facts.code, sourceCode);
-    WritePrices(run, writer, row, facts.code);
+    WritePrices(run, writer, lists, row, facts.code);
     const RowOutcome outcome = writer.Write(Articoli(), row, facts);
     writer.Texts(facts.code, row.Text("descrizion"));
     const double lastPrice = NumberOf(row, "uaprezzol");
@@ -262,8 +262,13 @@ void ImportArticoliArca2000(Session& session, const QString& singleCode, bool re
         const QString where =
             singleCode.isEmpty() ? QString() : QString("\rWHERE codice LIKE " + run.Quoted(u'%' + singleCode + u'%'));
         ArticleWriter writer(run);
-        run.Rows({"Articoli", Magart, "codice", "SELECT COUNT(*) FROM magart" + where, "SELECT * FROM magart" + where},
-                 [&](const SourceRow& row) { return ImportArticolo(run, writer, row); });
+        PriceListWriter lists(run);
+        const bool toTheEnd = run.Rows(
+            {"Articoli", Magart, "codice", "SELECT COUNT(*) FROM magart" + where, "SELECT * FROM magart" + where},
+            [&](const SourceRow& row) { return ImportArticolo(run, writer, lists, row); });
+        if (toTheEnd) {
+            lists.EndWorks();
+        }
         run.Complete("Articoli importati correttamente!");
     });
 }
