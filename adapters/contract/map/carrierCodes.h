@@ -21,8 +21,8 @@ QString ToldCode(Session& session, const QString& table, const QString& field, c
 /// Raises `SqlError`.
 bool IsOnlyCompany(Session& session);
 
-/// CDCON of a carrier of the source: the one that an import has given it in this company, else the one that somebody
-/// has entered in SYS_IMP; empty when there is none. Raises `SqlError`.
+/// CDCON of a carrier of the source: the one that somebody has entered in SYS_IMP, else the one that an import has
+/// given it in this company; empty when there is none. Raises `SqlError`.
 QString CarrierCode(Session& session, const QString& table, const QString& field, const QString& code);
 
 namespace rules {
