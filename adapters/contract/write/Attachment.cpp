@@ -110,8 +110,7 @@ ImportingModules& AttachmentWriter::ModulesOf(const QString& table) {
     return m_modules.try_emplace(table, m_run, table, QStringLiteral("ALLEGATI")).first->second;
 }
 
-/// RECORD_ID of the attachment that the file is already; 0 when there is none.
-qint64 AttachmentWriter::Known(const AttachedFile& file) {
+AttachmentWriter::There AttachmentWriter::Known(const AttachedFile& file) {
     Session& session = m_run.GetSession();
     const QString name = QFileInfo(file.path).fileName();
     qint64 ofName = 0;
@@ -122,19 +121,22 @@ qint64 AttachmentWriter::Known(const AttachedFile& file) {
     for (const SourceRow row(rows); StepToCode(rows, KeyColumn, file.key); rows.MoveNext()) {
         const qint64 id = row.Value("RECORD_ID").toLongLong();
         if (row.Text("ATLNK") == file.path) {
-            return id;
+            return {.ofPath = id};
         }
         if (ofName == 0 && IsSameCode(row.Text("ATNAM"), name) && !m_written.contains(id)) {
             ofName = id;
         }
     }
     rows.Close();
-    return ofName != 0 && !IsOfOthers(file) ? ofName : 0;
+    return {.ofName = ofName != 0 && !IsOfOthers(file) ? ofName : 0};
 }
 
-/// What an earlier import has attached stays as it is: the source still tells it.
+/// What an earlier import has attached stays as it is: the source still tells it. What has its name alone may yet be
+/// another file's.
 RowOutcome AttachmentWriter::SkipFile(const AttachedFile& file, const QString& rule) {
-    m_run.Remember(m_written, Known(file));
+    const There there = Known(file);
+    m_run.Remember(m_written, there.ofPath);
+    m_run.Remember(m_ofMissing, there.ofName);
     return m_run.Skip(rule);
 }
 
@@ -148,7 +150,8 @@ RowOutcome AttachmentWriter::Write(const AttachedFile& file) {
         m_run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), file.path));
         return SkipFile(file, QStringLiteral("file non trovato"));
     }
-    const qint64 known = Known(file);
+    const auto [ofPath, ofName] = Known(file);
+    const qint64 known = ofPath != 0 ? ofPath : ofName;
     TargetRow row(m_run, AttachmentTable);
     row.Set("ATTBL", file.table);
     row.Set("ATKEY", file.key);
@@ -186,7 +189,8 @@ void AttachmentWriter::TellLeft(const QString& table) {
         OfThisCompanyAlone(session, KeyColumn, table, CodeOfRecords(table), Others(table)) +
         QStringLiteral(" ORDER BY ATKEY, ATNAM, RECORD_ID"));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        if (!m_written.contains(row.Value("RECORD_ID").toLongLong())) {
+        const qint64 id = row.Value("RECORD_ID").toLongLong();
+        if (!m_written.contains(id) && !m_ofMissing.contains(id)) {
             left.push_back(QStringLiteral("%1 '%2', '%3'").arg(table, row.Text(KeyColumn), row.Text("ATNAM")));
         }
     }

@@ -53,7 +53,12 @@ public:
     void TellLeft(const QString& table);
 
 private:
-    qint64 Known(const AttachedFile& file);
+    /// RECORD_IDs of what a file may be already; 0 for none.
+    struct There {
+        qint64 ofPath = 0;
+        qint64 ofName = 0; ///< where none has the path: one of its name
+    };
+    There Known(const AttachedFile& file);
     RowOutcome SkipFile(const AttachedFile& file, const QString& rule);
     const QStringList& Others(const QString& table);
     bool IsOfOthers(const AttachedFile& file);
@@ -63,6 +68,7 @@ private:
     std::map<QString, ImportingModules> m_modules; ///< by table
     std::map<QString, QStringList> m_others;       ///< the same: see `TablesOfOthers`
     QSet<qint64> m_written;                        ///< and what belongs to a file that is not there
+    QSet<qint64> m_ofMissing;                      ///< what has the name of such a file, so that it may be its own
 };
 
 /// What the images below are written into.
