@@ -153,20 +153,30 @@ private slots:
         QCOMPARE(m_fixture->Target().Rows("SELECT DRORI" + ofOrder + '2'), QStringList{"3"}); // a hand has linked it
     }
 
+    void aRowOfAHandStays_data() {
+        Columns<QString, QString, bool>("changedBy", "article", "stays");
+        Row("its own", QString("ANNA"), QString(), true);
+        Row("an earlier release has written over it", QString("SYSTEM_IMPORT"), QString(), false);
+        Row("an import has linked it", QString("SYSTEM_IMPORT"), QString("ALTRO"), true);
+    }
     void aRowOfAHandStays() {
+        QFETCH(const QString, changedBy);
+        QFETCH(const QString, article);
+        QFETCH(const bool, stays);
         Set("DOC_CheckArticoli", "0");
         Run("ImportDocumentiWinProgest", {false});
         const QString rows = "SELECT COUNT(*) FROM X01_DOC_VER R JOIN X01_DOC_VEN T ON T.RECORD_ID = R.IDTES WHERE "
                              "DTNUM = 11 AND DRNUM = 1 AND R.USINS = ";
         m_fixture->Target().Execute(
-            "UPDATE X01_DOC_VER SET USINS = 'ANNA' WHERE DRNUM = 1 AND IDTES IN (SELECT RECORD_ID FROM X01_DOC_VEN "
-            "WHERE DTNUM = 11)");
+            "UPDATE X01_DOC_VER SET USINS = 'ANNA', USMDF = '" + changedBy +
+            "', DRART = " + (article.isEmpty() ? QString("DRART") : '\'' + article + '\'') +
+            " WHERE DRNUM = 1 AND IDTES IN (SELECT RECORD_ID FROM X01_DOC_VEN WHERE DTNUM = 11)");
         const QStringList byHand = m_fixture->Target().Rows(rows + "'ANNA'");
         for (int run = 0; run < 2; ++run) {
             Run("ImportDocumentiWinProgest", {false});
-            QCOMPARE(Log().count("RIGA DI ALTRA MANO: ") > 0, run == 0);
+            QCOMPARE(Log().count("RIGA DI ALTRA MANO: ") > 0, stays && run == 0);
             QCOMPARE(m_fixture->Target().Rows(rows + "'ANNA'"), byHand);
-            QCOMPARE(m_fixture->Target().Rows(rows + "'SYSTEM_IMPORT'"), byHand);
+            QCOMPARE(m_fixture->Target().Rows(rows + "'SYSTEM_IMPORT'"), stays ? byHand : QStringList{"0"});
         }
     }
 

@@ -406,6 +406,10 @@ private slots:
         QCOMPARE(writer.FindImportedRow(1, 2), qint64{2});
         QCOMPARE(writer.FindImportedRow(1, 2, {2}), qint64{3});
         QCOMPARE(writer.FindImportedRow(1, 2, {2, 3}), qint64{0});
+        target.Execute("UPDATE X01_DOC_VER SET DRART = 'VITE', USMDF = 'SYSTEM_IMPORT' WHERE IDTES = 9");
+        QCOMPARE(writer.FindImportedRow(9, 2, {}, "VITE"), qint64{4}); // an earlier release has written over it
+        QCOMPARE(writer.FindImportedRow(9, 2, {}, "DADO"), qint64{0});
+        QCOMPARE(writer.FindImportedRow(9, 2), qint64{0});
     }
 
     /// Without a quantity a price holds for any; the same quantity is rewritten, in another validity it is another, and

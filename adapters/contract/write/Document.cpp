@@ -313,22 +313,16 @@ QString DocumentWriter::VatOf(const DocumentRow& row, const QString& ofArticle) 
     return ofArticle;
 }
 
-qint64 DocumentWriter::FindRow(qint64 head, int number) const {
-    const qint64 imported = FindImportedRow(head, number);
-    return imported != 0 ? imported
-                         : IdWhere(m_run.GetSession(), m_family.row,
-                                   Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
-                                       QStringLiteral(" ORDER BY RECORD_ID"));
-}
-
-qint64 DocumentWriter::FindImportedRow(qint64 head, int number, const QSet<qint64>& but) const {
+/// The first row of a head and number that counts.
+template<class Condition>
+qint64 DocumentWriter::FirstRow(qint64 head, int number, const QSet<qint64>& but, Condition counts) const {
     Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
-        QStringLiteral("SELECT RECORD_ID FROM ") + m_run.FullName(m_family.row) + QStringLiteral(" WHERE ") +
-        Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) + QStringLiteral(" AND ") +
-        OfImports(m_run.GetSession()) + QStringLiteral(" ORDER BY RECORD_ID"));
-    for (; !rows.Eof(); rows.MoveNext()) {
-        if (const qint64 row = rows.Fields(0).Value().toLongLong(); !but.contains(row)) {
-            return row;
+        QStringLiteral("SELECT RECORD_ID, DRART, USINS, USMDF FROM ") + m_run.FullName(m_family.row) +
+        QStringLiteral(" WHERE ") + Equals("IDTES", head) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
+        QStringLiteral(" ORDER BY RECORD_ID"));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (const qint64 id = row.Value("RECORD_ID").toLongLong(); !but.contains(id) && counts(row)) {
+            return id;
         }
     }
     return 0;
@@ -382,6 +376,19 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
 void DocumentWriter::Total(qint64 head) const {
     TargetRow totals(m_run, m_family.head);
     qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head, totals);
+qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
+    const qint64 imported = FindImportedRow(head, number, but);
+    return imported != 0 ? imported : FirstRow(head, number, but, [](const SourceRow&) { return true; });
+}
+
+qint64 DocumentWriter::FindImportedRow(qint64 head, int number, const QSet<qint64>& but,
+                                       const std::optional<QString>& article) const {
+    return FirstRow(head, number, but, [&article](const SourceRow& row) {
+        return IsImportUser(row.Text("USINS")) ||
+               (article && IsImportUser(row.Text("USMDF")) && IsSameCode(row.Text("DRART"), *article));
+    });
+}
+
 }
 
 void SetTotals(ImportRun& run, const Family& family, qint64 head, const SourceTotals& totals) {

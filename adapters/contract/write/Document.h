@@ -143,10 +143,13 @@ public:
     /// follow before it is inserted.
     TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
     /// RECORD_ID of a row of a head by its number, of an import where one has written it; 0 when there is none.
-    qint64 FindRow(qint64 head, int number) const;
-    /// The same, to be rewritten when its document is imported again: somebody's own is none.
     /// @param but rows that have been rewritten already: a number may come twice
-    qint64 FindImportedRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
+    qint64 FindRow(qint64 head, int number, const QSet<qint64>& but = {}) const;
+    /// The same, to be rewritten when its document is imported again: somebody's own is none.
+    /// @param article of the row: one of it that somebody has entered, and an import has changed last, is no longer
+    /// somebody's own, as earlier releases wrote over those; not told: it is
+    qint64 FindImportedRow(qint64 head, int number, const QSet<qint64>& but = {},
+                           const std::optional<QString>& article = {}) const;
     /// Tells which rows an import has written to a head beyond those of this run: they were imported before and are no
     /// longer in the source, yet they still count in the totals. @param name of the document
     /// @param written RECORD_ID of those of this run
@@ -166,6 +169,8 @@ private:
     void SetAddress(TargetRow& row, const DocumentHead& head) const;
     QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
     QString VatOf(const DocumentRow& row, const QString& ofArticle) const;
+    template<class Condition>
+    qint64 FirstRow(qint64 head, int number, const QSet<qint64>& but, Condition counts) const;
     void TellExchangeRate(const TargetRow& head) const;
 
     ImportRun& m_run;

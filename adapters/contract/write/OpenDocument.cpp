@@ -3,7 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
-#include "core/schemaDefaults.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -78,12 +78,9 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     return outcome;
 }
 
-/// A row of that number which somebody has entered counts too.
+/// A row of that number which somebody has entered counts too: of imports there is none left.
 void OpenDocument::TellOther(const State& state, int number) const {
-    const QString isOther = QStringLiteral("COALESCE(USINS, '') <> ") + m_run.Quoted(schema::defaults::ImportUser);
-    if (state.wasThere && IdWhere(m_run.GetSession(), m_family.row,
-                                  Equals("IDTES", state.id) + QStringLiteral(" AND ") + Equals("DRNUM", number) +
-                                      QStringLiteral(" AND ") + isOther) != 0) {
+    if (state.wasThere && m_writer.FindRow(state.id, number, state.written) != 0) {
         m_run.Log(QStringLiteral("RIGA DI ALTRA MANO: %1: la riga %2 di %3 non è di un'importazione: resta, e quella "
                                  "dell'origine le sta accanto")
                       .arg(m_run.RowKey(), QString::number(number), NameOf(state.head)));
@@ -95,7 +92,8 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
     if (more) {
         more(target);
     }
-    const qint64 known = state.wasThere ? m_writer.FindImportedRow(state.id, row.number, state.written) : 0;
+    const QString article = mod_ovTools::ToText(target.Value("DRART")).trimmed();
+    const qint64 known = state.wasThere ? m_writer.FindImportedRow(state.id, row.number, state.written, article) : 0;
     if (known != 0) {
         EmptyOthers(target, m_options.furtherOfRow);
         target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
