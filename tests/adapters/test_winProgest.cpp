@@ -211,6 +211,14 @@ private slots:
                                     "'SYSTEM_IMPORT')");
         Run("ImportCodificheWinProgest");
         QVERIFY2(Log().contains("ABBANDONATE: articolo 'S300', 'BAR': 1 rimane"), qPrintable(Log()));
+        // Where another origin imports articles too, it may have given its own that code.
+        m_fixture->Target().Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD) VALUES ('X01_ART_ICO', 'MODULO', "
+                                    "'modImport_Altra')");
+        m_fixture->Target().Execute("INSERT INTO X01_ART_COD (CDART, CDCOD, COTIP, USINS) VALUES ('ALTRO', 'VECCHIO', "
+                                    "'I', 'SYSTEM_IMPORT')");
+        Run("ImportCodificheWinProgest");
+        QVERIFY2(Log().contains("CODICE DI DUE ARTICOLI: l'origine dà 'VECCHIO'"), qPrintable(Log()));
+        QCOMPARE(Count("ART_COD WHERE CDART = 'ALTRO'"), 1);
     }
 
     void documentsThatComeFromNoOtherHaveNothingToLink() {

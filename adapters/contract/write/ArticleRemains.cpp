@@ -165,7 +165,11 @@ void ArticleRemains::Close() {
         const bool isWhole = !m_begun.contains(key); // else a row that was given up may have shown it
         for (const Remain& remain : remains.all) {
             if (remain.kind == Kind::InternalCode && isWhole && m_codes.contains(DigestOf(remain.what))) {
-                TakeOff(remains.article, remain);
+                if (isAlone || m_read.contains(key)) {
+                    TakeOff(remains.article, remain);
+                } else {
+                    TellOfTwo(remains.article, remain);
+                }
             } else if (isAlone) {
                 Tell(remains.article, remain);
             }
@@ -199,6 +203,13 @@ void ArticleRemains::TakeOff(const QString& article, const Remain& code) const {
     m_run.DeleteRows(Codes, QStringLiteral("RECORD_ID = ") + code.id);
     m_run.Log(QStringLiteral("CODICE TOLTO: articolo '%1': l'origine ha dato '%2' a un altro articolo")
                   .arg(article, code.what));
+}
+
+/// Of an article that no row has met, where another origin may have given it the code.
+void ArticleRemains::TellOfTwo(const QString& article, const Remain& code) const {
+    m_run.Log(QStringLiteral("CODICE DI DUE ARTICOLI: l'origine dà '%1' a un articolo, e '%2', che non ha mostrato, lo "
+                             "ha già e lo tiene: può averlo da un'altra origine")
+                  .arg(code.what, article));
 }
 
 } // namespace contract

@@ -38,7 +38,8 @@ public:
     /// The row is carried over.
     void RowEnds(const QString& article);
     /// Behind the last row: tells what no row has shown. A code of the company's own that the run has written to
-    /// another article is taken off the one that had it, and logged.
+    /// another article is taken off the one that had it, and logged; off one that no row has met only where no other
+    /// module imports articles, else it is told.
     void Close();
 
 private:
@@ -64,6 +65,7 @@ private:
     void Found(const QString& article, Condition condition);
     void Tell(const QString& article, const Remain& remain) const;
     void TakeOff(const QString& article, const Remain& code) const;
+    void TellOfTwo(const QString& article, const Remain& code) const;
 
     ImportRun& m_run;
     ImportingModules m_modules;
