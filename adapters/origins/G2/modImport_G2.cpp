@@ -15,6 +15,8 @@
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
+#include <QRegularExpression>
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -214,9 +216,12 @@ const Needs& IbanNeeds() {
     return needs;
 }
 
-/// An IBAN of another country is not that of the coordinates, which are Italian.
+/// An IBAN of another country is not that of the coordinates, which are Italian. Other texts are no IBAN.
 bool IsOfAnotherCountry(const QString& iban) {
-    return iban.size() > 1 && iban.at(0).isLetter() && !iban.startsWith(u"IT", Qt::CaseInsensitive);
+    static const QRegularExpression separators(QStringLiteral("[^0-9A-Za-z]"));
+    static const QRegularExpression form(QStringLiteral("^(IBAN)?(?!IT)[A-Z]{2}[0-9]{2}[0-9A-Z]{11,30}$"),
+                                         QRegularExpression::CaseInsensitiveOption);
+    return form.match(QString(iban).remove(separators)).hasMatch();
 }
 
 RowOutcome RecalculateIban(ImportRun& run, const SourceRow& party) {
@@ -234,7 +239,7 @@ RowOutcome RecalculateIban(ImportRun& run, const SourceRow& party) {
         return leave(wrong, QStringLiteral("controparte con coordinate che non sono di un conto italiano"));
     }
     if (iban.isEmpty()) {
-        const QString lacks = QStringLiteral("senza CIN o numero di conto");
+        const QString lacks = QStringLiteral("senza CIN, ABI, CAB o numero di conto");
         return leave(lacks, QStringLiteral("controparte ") + lacks);
     }
     if (iban == party.Text("COIBA")) {
