@@ -88,7 +88,8 @@ SqlText SelectRuns(QAnyStringView rest, const QVariantList& values) {
 /// JOIN on
 SqlText SelectRejects(QStringView rest, const QVariantList& values) {
     const QString query = QStringLiteral(
-        "SELECT R.*, P.name AS name, (SELECT MAX(I.run) FROM imported_rejects I WHERE I.reject = R.id) AS imported_by "
+        "SELECT R.*, P.name AS name, (SELECT MAX(I.run) FROM imported_rejects I WHERE I.reject = R.id) AS imported_by, "
+        "(SELECT I.mended FROM imported_rejects I WHERE I.reject = R.id ORDER BY I.run DESC LIMIT 1) AS imported_as "
         "FROM rejects R JOIN procedures P ON P.id = R.procedure ");
     return Statement(QString(query + rest), values);
 }
@@ -103,7 +104,8 @@ Reject RejectOf(const Recordset& row) {
                    Text(row, "reason"),
                    {},
                    {}},
-                  Number(row, "imported_by")};
+                  Number(row, "imported_by"),
+                  row.Value("imported_as").toString()};
     for (const NamedValue& each : ValuesOf(Text(row, "row_values"))) {
         reject.row.columns.append(each.name);
         reject.row.values.append(each.value);

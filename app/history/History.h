@@ -86,7 +86,8 @@ struct Reject {
     qint64 id = 0;
     QString procedure;
     RejectedRow row;
-    qint64 importedBy = 0; ///< the run that has imported it since; 0: none has
+    qint64 importedBy = 0;    ///< the run that has imported it since; 0: none has
+    QString importedAs = {}; ///< `MendedText` of the row that it has imported; null where that is not known
 };
 /// A code without a translation, in the runs that are kept.
 struct WaitingCode {
@@ -158,6 +159,7 @@ public:
     qint64 Forget(const QDate& before, const QString& company = {});
 
     ovConnection& File() const { return *m_file; }
+    const QString& Path() const { return m_path; }
 
 private:
     /// The names of all source rows that wait for a code in a procedure of a run, by its number.

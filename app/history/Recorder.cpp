@@ -240,6 +240,7 @@ void Recorder::TargetChanges(const TargetChange& change) noexcept {
         if (m_file == nullptr) {
             return;
         }
+        m_stands = false;
         if (change.kind == TargetChange::Kind::Inserted) {
             KeepInserted(change);
         } else {
@@ -358,7 +359,8 @@ void Recorder::RowIsGivenUp(const RejectedRow& row) noexcept {
 void Recorder::RowsStand(int loop, qint64 rows, const QString& last) noexcept {
     Try([&] {
         m_reached = Reached{loop, rows, last};
-        if (m_since.elapsed() > MostMilliseconds) {
+        m_stands = true;
+        if (m_reachedWaits || m_since.elapsed() > MostMilliseconds) {
             Write();
         }
     });
@@ -375,6 +377,7 @@ void Recorder::ProcedureEnds(const RunResult& result) noexcept {
                        {QString::fromUtf8(QJsonDocument(ToJson(result)).toJson(QJsonDocument::Compact)), m_procedure}));
         KeepImported();
         KeepDone(result);
+        m_stands = true;
         Write();
         const bool isWhole = !m_isPart && result.outcome == RunResult::Outcome::Done && !m_leavesCodes;
         if (m_file != nullptr && (isWhole || !result.emptied.isEmpty())) { // it has come to every row
@@ -394,8 +397,8 @@ void Recorder::KeepIfImported(const RejectedRow& row) {
         m_imported = History(m_session).ImportedRejects(m_company, m_origin);
     }
     if (const qint64 before = m_imported->value(History::KeyOf(row)); before != 0) {
-        Keep(Statement("INSERT INTO imported_rejects (reject, run) SELECT (SELECT MAX(id) FROM rejects), run FROM "
-                       "imported_rejects WHERE reject = ?",
+        Keep(Statement("INSERT INTO imported_rejects (reject, run, mended) SELECT (SELECT MAX(id) FROM rejects), run, "
+                       "mended FROM imported_rejects WHERE reject = ?",
                        {before}));
     }
 }
@@ -405,14 +408,14 @@ void Recorder::KeepImported() {
     if (m_session.Selection == nullptr || !m_keepsImages) {
         return;
     }
-    for (const qint64 reject : m_session.Selection->DoneRejects()) {
-        Keep(
-            Statement(QString("INSERT OR IGNORE INTO imported_rejects (reject, run) SELECT O.id, ? FROM rejects R JOIN "
-                              "rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND "
-                              "O.row_values = R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id "
-                              "= P.run WHERE R.id = ? AND S.company = ? AND COALESCE(P.origin, S.origin) = ? AND " +
-                              WroteTo(m_target, "S")),
-                      {m_run, reject, m_company, m_origin}));
+    for (const contract::RowSelection::Row* row : m_session.Selection->DoneRejects()) {
+        Keep(Statement(
+            QString("INSERT OR IGNORE INTO imported_rejects (reject, run, mended) SELECT O.id, ?, ? FROM rejects R "
+                    "JOIN rejects O ON O.source_row = R.source_row AND O.source_table = R.source_table AND "
+                    "O.row_values = R.row_values JOIN procedures P ON P.id = O.procedure JOIN runs S ON S.id = P.run "
+                    "WHERE R.id = ? AND S.company = ? AND COALESCE(P.origin, S.origin) = ? AND " +
+                    WroteTo(m_target, "S")),
+            {m_run, row->MendedText(), row->reject, m_company, m_origin}));
     }
 }
 
@@ -431,10 +434,11 @@ void Recorder::Write() {
         return;
     }
     CloseChanges();
-    if (m_reached) {
-        m_waiting.push_back(
-            Statement("UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ? WHERE id = ?",
-                      {m_reached->loop, m_reached->rows, m_reached->last, m_procedure}));
+    m_reachedWaits = m_reached && !m_stands;
+    if (m_reached && m_stands) {
+        m_waiting.push_back(Statement("UPDATE procedures SET reached_loop = ?, reached_rows = ?, reached_last = ?, "
+                                      "reached_change = (SELECT MAX(id) FROM changes) WHERE id = ?",
+                                      {m_reached->loop, m_reached->rows, m_reached->last, m_procedure}));
         m_reached.reset();
     }
     Transaction transaction(*m_file);

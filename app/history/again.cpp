@@ -130,6 +130,9 @@ std::vector<Again> RejectsAgain(Session& session, const History& history, qint64
         if (!files.isEmpty()) {
             rows += QStringLiteral("\nFile: ") + files.join(QStringLiteral(", "));
         }
+        for (const QString& remark : request.only->Remarks()) {
+            rows += u'\n' + remark;
+        }
         std::optional<Again> again = Asked(session, std::move(request), errors, question, rows);
         if (!again) {
             return {};

@@ -29,7 +29,7 @@ const QStringList& Tables() {
         "INTEGER)",
         "CREATE TABLE IF NOT EXISTS procedures (id INTEGER PRIMARY KEY AUTOINCREMENT, run INTEGER, module TEXT, "
         "name TEXT, result TEXT, reached_loop INTEGER, reached_rows INTEGER, reached_last TEXT, undone TEXT, origin "
-        "TEXT)",
+        "TEXT, reached_change INTEGER)", // the last change in front of what was reached
         "CREATE INDEX IF NOT EXISTS procedures_run ON procedures (run)",
         "CREATE TABLE IF NOT EXISTS notes (id INTEGER PRIMARY KEY, procedure INTEGER, kind TEXT, source_row TEXT, "
         "note TEXT, done INTEGER DEFAULT 0)",
@@ -39,7 +39,8 @@ const QStringList& Tables() {
         "done INTEGER DEFAULT 0, loop INTEGER, place INTEGER)",
         "CREATE INDEX IF NOT EXISTS rejects_procedure ON rejects (procedure)",
         "CREATE INDEX IF NOT EXISTS rejects_row ON rejects (source_row)",
-        "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER, run INTEGER, PRIMARY KEY (reject, run))",
+        "CREATE TABLE IF NOT EXISTS imported_rejects (reject INTEGER, run INTEGER, mended TEXT, PRIMARY KEY (reject, "
+        "run))",
         "CREATE TABLE IF NOT EXISTS open_codes (id INTEGER PRIMARY KEY, list TEXT, field TEXT, code TEXT, "
         "UNIQUE (list, field, code))",
         "CREATE TABLE IF NOT EXISTS waiting_rows (id INTEGER PRIMARY KEY, procedure INTEGER, code INTEGER, "
@@ -53,7 +54,8 @@ const QStringList& Tables() {
         "CREATE TABLE IF NOT EXISTS left_away (id INTEGER PRIMARY KEY, procedure INTEGER, target_table TEXT, target_id "
         "INTEGER, before TEXT)",
         "CREATE TABLE IF NOT EXISTS column_lists (id INTEGER PRIMARY KEY, names TEXT UNIQUE)",
-        // tables of the target that a procedure has written rows of, or emptied: whole (null), or of rows of those numbers
+        // tables of the target that a procedure has written rows of, or emptied: whole (null), or of rows of those
+        // numbers
         "CREATE TABLE IF NOT EXISTS touched_tables (procedure INTEGER, target_table TEXT, emptied INTEGER, "
         "emptied_rows TEXT, PRIMARY KEY (procedure, target_table, emptied))",
         "CREATE INDEX IF NOT EXISTS touched_tables_table ON touched_tables (target_table, emptied)",
@@ -127,15 +129,17 @@ void KeepEveryImport(ovConnection& file) {
 
 /// Adds what tables have gained since a file was made.
 void BringUpToDate(ovConnection& file) {
-    static constexpr std::array<std::array<const char*, 3>, 9> gained{{{"changes", "inserted", "TEXT"},
-                                                                       {"changes", "places", "TEXT"},
-                                                                       {"runs", "partial", "INTEGER"},
-                                                                       {"runs", "resumes", "INTEGER"},
-                                                                       {"runs", "target", "INTEGER"},
-                                                                       {"touched_tables", "emptied_rows", "TEXT"},
-                                                                       {"procedures", "origin", "TEXT"},
-                                                                       {"rejects", "loop", "INTEGER"},
-                                                                       {"rejects", "place", "INTEGER"}}};
+    static constexpr std::array<std::array<const char*, 3>, 11> gained{{{"changes", "inserted", "TEXT"},
+                                                                        {"changes", "places", "TEXT"},
+                                                                        {"runs", "partial", "INTEGER"},
+                                                                        {"runs", "resumes", "INTEGER"},
+                                                                        {"runs", "target", "INTEGER"},
+                                                                        {"touched_tables", "emptied_rows", "TEXT"},
+                                                                        {"procedures", "origin", "TEXT"},
+                                                                        {"procedures", "reached_change", "INTEGER"},
+                                                                        {"rejects", "loop", "INTEGER"},
+                                                                        {"rejects", "place", "INTEGER"},
+                                                                        {"imported_rejects", "mended", "TEXT"}}};
     for (const auto& [table, column, type] : gained) {
         if (file.ExecuteWC(Statement("SELECT 1 FROM pragma_table_info(?) WHERE name = ?",
                                      {QString::fromLatin1(table), QString::fromLatin1(column)}))

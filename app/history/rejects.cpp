@@ -2,7 +2,9 @@
 
 #include "adapters/registry.h"
 #include "app/history/again.h"
+#include "app/history/WrittenRows.h"
 #include "app/startUp.h"
+#include "core/italianText.h"
 #include "sources/tableFile.h"
 #include "sql/mod_ovTools.h"
 
@@ -78,9 +80,16 @@ public:
         for (const auto& row : table.rows) {
             Take(table.columns, row);
         }
+        if (!m_ignored.isEmpty()) {
+            m_selection.Remark(QStringLiteral("Colonne del file '%1' che la fonte non ha, non lette: %2")
+                                   .arg(path, m_ignored.join(QStringLiteral(", "))));
+            m_ignored.clear();
+        }
     }
     /// Of any procedure.
     qint64 Rows() const { return m_rows; }
+    /// Those of them that have been imported as they are now.
+    qint64 Imported() const { return m_imported; }
 
 private:
     void Take(const QStringList& columns, const sources::TableOfFile::Row& row) {
@@ -94,7 +103,7 @@ private:
         for (qsizetype column = OwnColumns().size(); column < columns.size(); ++column) {
             const qsizetype place = reject->row.columns.indexOf(columns.at(column));
             if (place < 0) {
-                Tell(row.number, columns.at(column), QStringLiteral("la fonte non ha questa colonna"));
+                TakeOther(columns, *reject, column, row.number);
                 continue;
             }
             const QVariant& was = reject->row.values.at(place);
@@ -103,8 +112,25 @@ private:
             }
         }
         ++m_rows;
-        if (m_procedure.isEmpty() || m_procedure == reject->procedure) {
+        if (reject->importedBy != 0 && !reject->importedAs.isNull() && reject->importedAs == wanted.MendedText()) {
+            ++m_imported;
+        } else if (m_procedure.isEmpty() || m_procedure == reject->procedure) {
             m_selection.Add(wanted);
+        }
+    }
+
+    /// A column that the source does not have is somebody's note; it may be one of the source with its header changed
+    /// where the file lacks one.
+    void TakeOther(const QStringList& columns, const Reject& reject, qsizetype column, qint64 row) {
+        const QString& name = columns.at(column);
+        QStringList lacking = reject.row.columns;
+        lacking.removeIf([&columns](const QString& each) { return columns.contains(each); });
+        if (!lacking.isEmpty()) {
+            Tell(row, name,
+                 QStringLiteral("la fonte non ha questa colonna, e nel file manca '%1'")
+                     .arg(lacking.join(QStringLiteral("', '"))));
+        } else if (!name.isEmpty() && !m_ignored.contains(name)) {
+            m_ignored.append(name);
         }
     }
 
@@ -143,7 +169,9 @@ private:
     contract::RowSelection& m_selection;
     QStringList& m_mistakes;
     QString m_path;
+    QStringList m_ignored; ///< columns of the file under way
     qint64 m_rows = 0;
+    qint64 m_imported = 0;
 };
 
 /// Hands those rows of a run to `work` that no later run has imported.
@@ -274,8 +302,16 @@ std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qi
     if (!mistakes.isEmpty()) {
         throw ImportError(mistakes.join(u'\n'));
     }
+    if (reader.Rows() > 0 && reader.Rows() == reader.Imported()) {
+        throw ImportError(QStringLiteral("file '%1': le righe sono già state importate così come sono nel file")
+                              .arg(files.join(QStringLiteral("', '"))));
+    }
     if (reader.Rows() > 0 && selection->Count() == 0) {
         return nullptr;
+    }
+    if (reader.Imported() > 0) {
+        selection->Remark(QStringLiteral("Righe del file già importate così come sono, lasciate fuori: %1")
+                              .arg(italian::NumberText(reader.Imported())));
     }
     if (reader.Rows() == 0) {
         throw ImportError(QStringLiteral("file '%1': non c'è nessuna riga").arg(files.join(QStringLiteral("', '"))));
@@ -369,10 +405,12 @@ std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run
     }
     auto selection = std::make_unique<contract::RowSelection>();
     QMap<QString, contract::RowSelection::Reached> reached; // by procedure, what the latest run has
+    QMap<QString, QStringList> numbers;                     ///< of its runs
     QMap<QString, qint64> whole;                            ///< with what it has given up
     for (const Run& each : chain) {
         for (const ProcedureRun& procedure : each.procedures) {
             const QString& name = procedure.result.procedure;
+            numbers[name].append(QString::number(procedure.id));
             if (procedure.hasEnded && procedure.result.outcome == RunResult::Outcome::Done) {
                 whole[name] += procedure.rejects - procedure.imported;
             } else if (const auto later = reached.find(name); later != reached.end()) {
@@ -385,8 +423,10 @@ std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run
     for (const auto& [name, givenUp] : whole.asKeyValueRange()) {
         selection->LeaveOut(name, givenUp + reached.take(name).givenUp);
     }
-    for (const auto& [name, place] : reached.asKeyValueRange()) {
-        selection->GoOn(name, place);
+    for (auto place = reached.begin(); place != reached.end(); ++place) {
+        const auto written = std::make_shared<WrittenRows>(history.Path(), numbers.value(place.key()));
+        place->hasWritten = [written](const QString& table, qint64 id) { return written->Has(table, id); };
+        selection->GoOn(place.key(), *place);
     }
     return selection;
 }

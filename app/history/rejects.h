@@ -23,8 +23,8 @@ QStringList PressesOf(const History& history, const Run& run, bool areMended);
 /// @param press empty: all of them
 std::unique_ptr<contract::RowSelection> RejectsOf(const History& history, qint64 run, const QString& press);
 /// The same for those rows that are left in files of `WriteRejects`, with the values that were mended there; null when
-/// the files have none of the press. Raises `ImportError` that names every mistake with file, row and column, or says
-/// that no row is left.
+/// the files have none of the press. Rows that have been imported with these values are left out. Raises `ImportError`
+/// that names every mistake with file, row and column, or says that no row is left.
 std::unique_ptr<contract::RowSelection> MendedRejects(const History& history, qint64 run, const QStringList& files,
                                                       const QString& press);
 /// Has a press repeat a run: its company, its origin, its button or procedure. Raises `ImportError` when one of them is

@@ -120,6 +120,34 @@ private slots:
         QCOMPARE(RejectsIn(history.Load(1)), 0);
     }
 
+    /// A file given again has those rows imported alone that it did not have so before; notes beside them are none of
+    /// the source.
+    void importsAFileAgain() {
+        Kept kept;
+        kept.Run();
+        const History history(kept.Path());
+        const QString path = kept.Target.Folder.filePath("scarti.csv");
+        WriteRejects(history, 1, path);
+        const auto mend = [&](const QByteArray& before, const QByteArray& after) {
+            WriteFile(path, ReadFile(path).replace(before, after));
+        };
+        const auto take = [&] { return MendedRejects(history, 1, {path}, {}); };
+        mend("due", "2");
+        kept.Run(take());
+        QCOMPARE(kept.Account(), "2 = 1 + 0 + 0 + 1");
+        mend(";UM\r\n", ";UM;NOTA\r\n");
+        const auto both = take();
+        QCOMPARE(both->Count(), 1);
+        QCOMPARE(both->Remarks(), QStringList({"Colonne del file '" + path + "' che la fonte non ha, non lette: NOTA",
+                                               "Righe del file già importate così come sono, lasciate fuori: 1"}));
+        mend(ReadFile(path).split('\n').at(2) + '\n', ""); // the one that is open
+        const auto refused = ErrorOf<ImportError>(take);
+        QVERIFY(refused && refused->Message().contains("le righe sono già state importate così"));
+        mend(";2;", ";5;");
+        kept.Run(take());
+        QCOMPARE(kept.Articles()[1].section('|', 2), "5");
+    }
+
     /// A sheet gives days back in a form of its own, where the source has them as texts.
     void writesDaysAsTheSourceDoes_data() {
         Columns<QString, QString, QString>("was", "typed", "read");
@@ -250,6 +278,33 @@ private slots:
         QCOMPARE(kept.Waiting(), QStringList());
     }
 
+    /// Rows wait for a code until a run that is limited to them has written them.
+    void waitsUntilItIsDone() {
+        Kept kept;
+        kept.Run();
+        const QStringList waiting = kept.Waiting();
+        QCOMPARE(waiting.size(), 1);
+        kept.Target.Execute("UPDATE SYS_IMP SET TBNEW = 'NR' WHERE TBOLD = 'XX'");
+        const auto again = [&kept] {
+            const auto only = std::make_shared<contract::RowSelection>();
+            only->FillCodes();
+            only->Add(
+                {.procedure = "ImportArticoliProva", .name = "tabella 'ART', CODICE 'C'", .table = "ART", .key = "C"});
+            kept.Run(only);
+        };
+        kept.Target.Person.CancelAt = 0;
+        again();
+        QCOMPARE(kept.Waiting(), waiting);
+        kept.Target.Person.CancelAt.reset();
+        kept.Source("UPDATE ART SET COSTO = 'tre' WHERE CODICE = 'C'");
+        again();
+        QCOMPARE(kept.Target.Get().Results.last().givenUpCount, 1);
+        QCOMPARE(kept.Waiting(), waiting);
+        kept.Source("UPDATE ART SET COSTO = '3' WHERE CODICE = 'C'");
+        again();
+        QCOMPARE(kept.Waiting(), QStringList());
+    }
+
     /// A second mending that is taken back leaves the first.
     void keepsEveryMending() {
         Kept kept;
@@ -282,33 +337,6 @@ private slots:
             return error ? error->Message() : QString();
         };
         const History history(session);
-    /// Rows wait for a code until a run that is limited to them has written them.
-    void waitsUntilItIsDone() {
-        Kept kept;
-        kept.Run();
-        const QStringList waiting = kept.Waiting();
-        QCOMPARE(waiting.size(), 1);
-        kept.Target.Execute("UPDATE SYS_IMP SET TBNEW = 'NR' WHERE TBOLD = 'XX'");
-        const auto again = [&kept] {
-            const auto only = std::make_shared<contract::RowSelection>();
-            only->FillCodes();
-            only->Add(
-                {.procedure = "ImportArticoliProva", .name = "tabella 'ART', CODICE 'C'", .table = "ART", .key = "C"});
-            kept.Run(only);
-        };
-        kept.Target.Person.CancelAt = 0;
-        again();
-        QCOMPARE(kept.Waiting(), waiting);
-        kept.Target.Person.CancelAt.reset();
-        kept.Source("UPDATE ART SET COSTO = 'tre' WHERE CODICE = 'C'");
-        again();
-        QCOMPARE(kept.Target.Get().Results.last().givenUpCount, 1);
-        QCOMPARE(kept.Waiting(), waiting);
-        kept.Source("UPDATE ART SET COSTO = '3' WHERE CODICE = 'C'");
-        again();
-        QCOMPARE(kept.Waiting(), QStringList());
-    }
-
         QVERIFY(!history.Load(1).isElsewhere && CanGoOn(history.Load(1)) && CanUndo(history.Load(1)));
         QVERIFY(!refusal([&] { RestRequest(session, history, 1); }).contains("importare da capo"));
         kept.Target.Execute("DELETE FROM X01_ART_ICO WHERE CDART = 'C'");

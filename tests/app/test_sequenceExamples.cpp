@@ -180,8 +180,9 @@ private slots:
         // A file may hold rows that are imported by now, while those of others are open.
         const QString path = installation.Target.Folder.filePath("scarti.csv");
         const QStringList files = history::WriteRejects(history, run, path);
-        history.File().Execute("INSERT INTO imported_rejects SELECT R.id, 1 FROM rejects R JOIN procedures P ON P.id = "
-                               "R.procedure WHERE P.name = 'ImportSaldiFerrobrio'");
+        history.File().Execute(
+            "INSERT INTO imported_rejects (reject, run) SELECT R.id, 1 FROM rejects R JOIN procedures P ON P.id = "
+            "R.procedure WHERE P.name = 'ImportSaldiFerrobrio'");
         QCOMPARE(history::RejectsAgain(session, history, run, {files.last()}, ErrorAction::Ignore).size(), size_t(1));
     }
 

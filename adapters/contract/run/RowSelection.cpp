@@ -60,6 +60,14 @@ qint64 NumberOf(const SourceRow& row) {
     return 0;
 }
 
+QString RowSelection::Row::MendedText() const {
+    QStringList texts;
+    for (const auto& [column, mending] : mended.asKeyValueRange()) {
+        texts.append(column.toUpper() + u'=' + mod_ovTools::ToText(mending.now));
+    }
+    return texts.isEmpty() ? QStringLiteral("") : texts.join(u'\x1f');
+}
+
 void RowSelection::Add(const Row& row) {
     std::vector<Wanted>& rows = m_rows[row.procedure];
     m_places[row.procedure].insert(row.name, rows.size());
@@ -80,6 +88,11 @@ bool RowSelection::FillsCode(const QString& list, const QString& field, const QS
 std::optional<RowSelection::Reached> RowSelection::ReachedBefore() const {
     const auto reached = m_reached.constFind(m_procedure);
     return reached == m_reached.constEnd() ? std::nullopt : std::optional(*reached);
+}
+
+bool RowSelection::HasWritten(const QString& table, qint64 id) const {
+    const auto reached = m_reached.constFind(m_procedure);
+    return reached != m_reached.constEnd() && reached->hasWritten && reached->hasWritten(table, id);
 }
 
 /// Of several rows with one name or key, the one that is most like it, then that of the same number, then one that has
@@ -140,13 +153,10 @@ QStringList RowSelection::DoneNames() const {
     return names;
 }
 
-QVector<qint64> RowSelection::DoneRejects() const {
-    QVector<qint64> rejects;
-    for (const Row* row : m_done) {
-        if (row->reject > 0) {
-            rejects.append(row->reject);
-        }
-    }
+QVector<const RowSelection::Row*> RowSelection::DoneRejects() const {
+    QVector<const Row*> rejects;
+    std::copy_if(m_done.begin(), m_done.end(), std::back_inserter(rejects),
+                 [](const Row* row) { return row->reject > 0; });
     return rejects;
 }
 

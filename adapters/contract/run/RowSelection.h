@@ -33,6 +33,9 @@ public:
         QStringList columns = {}; ///< of the source, with what they had when the row was given up; empty: not known
         QVector<QVariant> values = {};
         qint64 reject = 0; ///< its number among the rows given up that are kept; 0: it is none of them
+
+        /// What has been mended, by which two mendings of a row are compared.
+        QString MendedText() const;
     };
     /// How far an earlier run of a procedure came: its loops before that one are done, and so many rows of that one.
     struct Reached {
@@ -40,6 +43,8 @@ public:
         qint64 rows = 0;
         QString last;       ///< name of the last of these rows
         qint64 givenUp = 0; ///< of these rows, those that it has given up and no later run has imported
+        /// Whether it has written the row of a table (physical name) that has a RECORD_ID; null: not known.
+        std::function<bool(const QString& table, qint64 id)> hasWritten = {};
     };
 
     /// The procedure of the list that is to run: what follows is told of it, whatever name its run reports under.
@@ -72,6 +77,8 @@ public:
     bool Limits() const { return m_rows.contains(m_procedure); }
     /// How far it has come before; none: it begins anew.
     std::optional<Reached> ReachedBefore() const;
+    /// Whether it wrote a row (physical name of its table) then.
+    bool HasWritten(const QString& table, qint64 id) const;
     /// The wanted row that a source row (with its columns and values) is; null when it is none. A row that was mended
     /// is the one whose other values are still what they were: its name alone may be that of others.
     const Row* Find(const Row& met);
@@ -86,8 +93,12 @@ public:
     void Done(const QVector<const Row*>& rows) { m_done += rows; }
     /// Those of the procedure under way, by their names.
     QStringList DoneNames() const;
-    /// Those that were given up before, by their numbers.
-    QVector<qint64> DoneRejects() const;
+    /// Those that were given up before.
+    QVector<const Row*> DoneRejects() const;
+
+    /// What there is to say of where the rows come from, such as a file, to who imports them.
+    void Remark(const QString& remark) { m_remarks.append(remark); }
+    const QStringList& Remarks() const { return m_remarks; }
 
 private:
     struct Wanted {
@@ -101,6 +112,7 @@ private:
     QHash<QString, Reached> m_reached;
     QHash<QString, qint64> m_leftOut;
     QVector<const Row*> m_done;
+    QStringList m_remarks;
     bool m_fillsCodes = false;
     QSet<QString> m_codes; ///< that are filled in
 };
