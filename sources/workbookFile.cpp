@@ -82,8 +82,7 @@ void LoadSheet(PrivateDatabase& database, const QString& path, const SheetTable&
     }
     const QString place = QStringLiteral("File '%1', foglio '%2'").arg(path, names.at(found.sheet));
     try {
-        const auto reader = workbook.Read(found.sheet);
-        const QVector<ColumnInfo> columns = SheetLoader(table, place, workbook, settings).Load(database, *reader);
+        const QVector<ColumnInfo> columns = SheetLoader(table, place, workbook, found.sheet, settings).Load(database);
         AddLookupIndexes(database, table.table, columns, settings.lookupColumns);
     } catch (ImportError& error) {
         error.AddContext(place);

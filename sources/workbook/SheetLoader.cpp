@@ -1,9 +1,8 @@
 #include "sources/workbook/SheetLoader.h"
 
 #include "sources/spoiltCodes.h"
+#include "sources/workbook/captions.h"
 #include "sql/errors.h"
-
-#include <QRegularExpression>
 
 #include <cmath>
 
@@ -30,34 +29,6 @@ bool IsWrittenDate(QByteArrayView text) {
     const auto isMark = [](char c) { return c == '/' || c == '.' || c == '-'; };
     return date.size() <= longest && std::count_if(date.begin(), date.end(), isMark) == 2 &&
            std::all_of(date.begin(), date.end(), [&](char c) { return isMark(c) || (c >= '0' && c <= '9'); });
-}
-
-/// The text of a cell of the header.
-QString HeaderText(const SheetCell& cell) {
-    if (cell.kind != SheetCell::Kind::Number) {
-        return QString::fromUtf8(cell.text).simplified();
-    }
-    const auto padded = cell.format != nullptr ? cell.format->Padded(cell.number) : std::nullopt;
-    return padded ? QString::fromUtf8(*padded) : QString::number(cell.number, 'g', 15);
-}
-
-bool IsBlank(const SheetCell& cell) {
-    return cell.kind == SheetCell::Kind::Text && QByteArrayView(cell.text).trimmed().isEmpty();
-}
-
-/// Whether a cell is of words, in which there may be a number: "Sconto 1", no date, no "02345678901".
-bool IsCaption(const SheetCell& cell) {
-    const QString text = HeaderText(cell);
-    const auto digits = std::ranges::count_if(text, [](QChar c) { return c.isDigit(); });
-    const auto letters = std::ranges::count_if(text, [](QChar c) { return c.isLetter(); });
-    return cell.kind == SheetCell::Kind::Text && (digits == 0 || digits < letters);
-}
-
-/// "Codice articolo", "Cod. cliente"; no code that has such a beginning.
-bool NamesCode(const QString& text) {
-    static const QRegularExpression word(QStringLiteral("\\b(cod|codice|code)\\b"),
-                                         QRegularExpression::CaseInsensitiveOption);
-    return word.match(text).hasMatch() && std::ranges::none_of(text, [](QChar c) { return c.isDigit(); });
 }
 
 const SheetCell* CellIn(const SheetRow& row, int column) {
@@ -87,14 +58,12 @@ int LastColumn(const SheetRow& row) {
 
 } // namespace
 
-QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& reader) {
+QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database) {
     const qint64 first = m_table.firstRow > 0 ? m_table.firstRow : m_table.headerRow + 1;
+    const auto reader = m_workbook.Read(m_sheet);
     SheetRow row;
     m_next = first;
-    while (reader.Next(row)) {
-        for (SheetCell& cell : row.cells) {
-            cell.column += m_table.level.isEmpty() ? 0 : 1; // behind that of the parent
-        }
+    while (Next(*reader, row)) {
         TakeEmptyFormulas(row);
         if (row.cells.empty()) {
             continue;
@@ -120,9 +89,19 @@ QVector<ColumnInfo> SheetLoader::Load(PrivateDatabase& database, SheetReader& re
     NoteMixed();
     NotePercents();
     NoteEmptyFormulas();
-    NoteMerged(reader.Merged());
+    NoteMerged(reader->Merged());
     m_oddities.Tell();
     return m_target->Columns();
+}
+
+bool SheetLoader::Next(SheetReader& reader, SheetRow& row) const {
+    if (!reader.Next(row)) {
+        return false;
+    }
+    for (SheetCell& cell : row.cells) {
+        cell.column += m_table.level.isEmpty() ? 0 : 1; // behind that of the parent
+    }
+    return true;
 }
 
 QVector<ColumnInfo> SheetLoader::NamedColumns(const QStringList& names) {
@@ -145,7 +124,7 @@ void SheetLoader::Open(PrivateDatabase& database, const SheetRow& header) {
     const int parent = m_table.level.isEmpty() ? 0 : 1;
     QStringList names(std::max({LastColumn(header) + 1, m_table.columns + parent, parent}));
     for (const SheetCell& cell : header.cells) {
-        names[cell.column] = HeaderText(cell);
+        names[cell.column] = TextOf(cell);
     }
     if (parent > 0) {
         names[0] = ParentRowColumn;
@@ -200,7 +179,7 @@ bool SheetLoader::RepeatsHeader(const SheetRow& row) {
         }
         const bool isName = m_table.headerRow > 0 && cell.kind == SheetCell::Kind::Text &&
                             cell.column < m_target->Columns().size() &&
-                            HeaderText(cell).compare(NameOf(cell.column), Qt::CaseInsensitive) == 0;
+                            TextOf(cell).compare(NameOf(cell.column), Qt::CaseInsensitive) == 0;
         if (!isName) {
             return false;
         }
@@ -211,44 +190,6 @@ bool SheetLoader::RepeatsHeader(const SheetRow& row) {
     }
     m_oddities.AddRepeatedHeader(row.number);
     return true;
-}
-
-const SheetCell* SheetLoader::DataIn(const SheetRow& row) const {
-    const SheetCell* first = nullptr;
-    bool namesCode = false;
-    for (const SheetCell& cell : row.cells) {
-        if (IsBlank(cell)) {
-            continue;
-        }
-        if (!IsCaption(cell)) {
-            return &cell;
-        }
-        first = first == nullptr ? &cell : first;
-        namesCode = namesCode || ((m_end.isEmpty() || m_end.contains(cell.column)) && NamesCode(HeaderText(cell)));
-    }
-    return namesCode ? nullptr : first;
-}
-
-bool SheetLoader::IsDataAbove(const SheetRow& row) {
-    const auto filled = std::ranges::find_if_not(row.cells, IsBlank);
-    const SheetCell* data = DataIn(row);
-    if (m_table.end.isEmpty() || filled == row.cells.end() || (data == nullptr && !m_isOwn) || RepeatsHeader(row)) {
-        return false;
-    }
-    const bool hasCode = m_end.isEmpty() || std::ranges::any_of(row.cells, [this](const SheetCell& cell) {
-                             return m_end.contains(cell.column) && !IsBlank(cell);
-                         });
-    if (m_isOwn && data != nullptr && hasCode) {
-        return true;
-    }
-    const SheetCell& told = data == nullptr ? *filled : *data;
-    const bool hasName = told.column < m_target->Columns().size();
-    m_oddities.Add(QStringLiteral("RIGA SOPRA I DATI"), hasName ? NameOf(told.column) : QString(), row.number,
-                   QStringLiteral("'%1' sembra %2; i dati cominciano alla riga %3: non si legge")
-                       .arg(HeaderText(told),
-                            data == nullptr ? QStringLiteral("una didascalia") : QStringLiteral("un dato"),
-                            QString::number(m_table.firstRow)));
-    return false;
 }
 
 void SheetLoader::SetParent(const SheetRow& row) {

@@ -14,15 +14,17 @@ namespace sources {
 class SheetLoader {
 public:
     /// @param place file and sheet, for messages
-    SheetLoader(const SheetTable& table, const QString& place, const Workbook& workbook,
+    SheetLoader(const SheetTable& table, const QString& place, Workbook& workbook, int sheet,
                 const ConnectionSettings& settings)
         : m_table(table),
+          m_workbook(workbook),
+          m_sheet(sheet),
           m_since1904(workbook.Since1904()),
           m_oddities(settings, place),
           m_untold(settings, workbook.UntoldPage().isEmpty(), place, workbook.UntoldPage()) {}
 
     /// Raises `ImportError`, without the names of file and sheet. @return the columns of the table
-    QVector<ColumnInfo> Load(PrivateDatabase& database, SheetReader& reader);
+    QVector<ColumnInfo> Load(PrivateDatabase& database);
 
 private:
     /// What a column has been seen to hold.
@@ -48,6 +50,22 @@ private:
         bool IsOfCodes() const { return texts + dates > 0 && fractions == 0; }
     };
 
+    /// What a row between header and first row is.
+    enum class Above {
+        Captions,
+        LikeCaptions, ///< of words, without a caption for each column
+        InDoubt,      ///< of words, above codes of which a few have no digit, or none
+        LikeData,     ///< of words, with a code like those below
+        Data,
+    };
+    /// How many codes, up to the end of the data, have a digit.
+    struct CodesBelow {
+        qint64 withDigit = 0;
+        qint64 ofWords = 0;
+    };
+
+    /// Reads the next row, with its cells in the columns of the table.
+    bool Next(SheetReader& reader, SheetRow& row) const;
     QVector<ColumnInfo> NamedColumns(const QStringList& names);
     void Open(PrivateDatabase& database, const SheetRow& header);
     /// Adds the columns up to that one, behind those that the header has.
@@ -62,11 +80,13 @@ private:
     bool IsBehindEnd(const SheetRow& row);
     /// Whether each value is the name of its column, as where somebody has put sheets together; that is noted.
     bool RepeatsHeader(const SheetRow& row);
-    /// The cell by which a row is none of captions, which are words alone and say of the code that it is one; null for
-    /// one that is.
-    const SheetCell* DataIn(const SheetRow& row) const;
+    /// The code that a row has; null for none.
+    const SheetCell* CodeIn(const SheetRow& row) const;
+    /// Reads the sheet once more.
+    CodesBelow LookBelow() const;
+    Above KindAbove(const SheetRow& row) const;
     /// Whether a row between header and first row is one of the data. What is not read there and no row of captions is
-    /// noted; in a sheet of somebody's own, which need not have captions, these as well.
+    /// noted; in a sheet of somebody's own, which need not have captions, these as well, and what is read in doubt.
     bool IsDataAbove(const SheetRow& row);
     void SetParent(const SheetRow& row);
     void ChooseTypes();
@@ -79,6 +99,8 @@ private:
     QString NameOf(int column) const { return m_target->Columns().at(column).name; }
 
     const SheetTable& m_table;
+    Workbook& m_workbook;
+    int m_sheet; ///< from 0
     bool m_since1904;
     Oddities m_oddities;
     UntoldPage m_untold;
