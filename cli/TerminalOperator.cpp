@@ -121,7 +121,8 @@ QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter
     if (!m_streams.ask) {
         throw Unanswered(title, "--file PERCORSO");
     }
-    return Type(title + QStringLiteral(": "), true).value_or(QString()).trimmed();
+    m_files += file->isEmpty() ? QStringList() : QStringList(*file);
+    return *file;
 }
 
 ErrorAnswer TerminalOperator::ChooseOnError(const ErrorEntry& error) {

@@ -37,6 +37,8 @@ public:
     const GivenAnswers& AnswersLeft() const { return m_answers; }
     /// Takes answers in place of those that are left.
     void SetAnswers(GivenAnswers answers) { m_answers = std::move(answers); }
+    /// The files that were chosen so far, in the order of the questions.
+    const QStringList& FilesChosen() const { return m_files; }
     /// The warnings shown so far.
     const QStringList& Warnings() const { return m_warnings; }
 
@@ -64,6 +66,7 @@ private:
 
     TerminalStreams m_streams;
     GivenAnswers m_answers;
+    QStringList m_files;
     QStringList m_warnings;
     bool m_gaveUp = false;
 };

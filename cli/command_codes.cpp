@@ -193,8 +193,12 @@ void AddPreview(Report& report, QStringList& lines, const Preview& preview) {
         cells.append(Json(cell));
         lines.append(QStringLiteral("    ") + CellText(cell));
     }
-    lines.append(preview.Text());
-    lines.append("Era una prova: il database è rimasto com'era.");
+    if (preview.IsWhole()) {
+        lines.append(preview.Text());
+        lines.append("Era una prova: il database è rimasto com'era.");
+    } else {
+        lines.append("La prova non è arrivata alla fine: non si è scritto nulla.");
+    }
     report.json["cells"] = cells;
 }
 
@@ -228,11 +232,11 @@ Report Apply(Context& context, Worklist& worklist) {
                 "Nessuna riga importata attende codici tradotti nel frattempo.",
                 {{"rowsRepeated", 0}, {"dryRun", options.isSet("dry-run")}, {"run", QJsonValue()}}};
     }
+    RequireAnswers(context, PressesOf(session, all));
     QStringList lines;
     qint64 rows = 0;
     for (const RowsToRepeat& each : all) {
         lines += each.Lines(worklist);
-    RequireAnswers(context, PressesOf(session, all));
         rows += each.Count();
     }
     Preview preview;
@@ -252,7 +256,8 @@ Report Apply(Context& context, Worklist& worklist) {
         AddPreview(report, lines, preview);
     }
     const QList<qint64> runs = kept.Of(session.UserManager.Azienda(), static_cast<qsizetype>(all.size()));
-    lines += RunLines(session, runs, total.untranslatedCount > 0);
+    lines +=
+        RunLines(session, runs, {.untranslated = total.untranslatedCount > 0, .files = context.person.FilesChosen()});
     report.text = lines.join(u'\n');
     report.json["run"] = RunNumberJson(runs);
     report.json["rowsRepeated"] = rows;
@@ -288,14 +293,14 @@ Report Codes(Context& context) {
     if (describes && !Describe(worklist, *origin)) {
         return {ExitCancelled, {}, {}};
     }
+    if (applies) {
+        return Apply(context, worklist);
+    }
     static const QHash<QString, Report (*)(Worklist&, const QCommandLineParser&)> actions{
         {"list", List}, {"values", Values}, {"set", Set}, {"export", Export}, {"import", Import}};
     return actions.value(ActionFrom(context.options))(worklist, context.options);
 }
 
-    if (applies) {
-        return Apply(context, worklist);
-    }
 /// The options of an action that can read the descriptions of codes from their source.
 QStringList WithDescriptions(const QStringList& own) {
     return own +

@@ -174,7 +174,7 @@ QString UnknownCode(const ImportRequest& request, const RunResult& total) {
 
 QStringList Lines(const Context& context, const ImportRequest& request) {
     const Session& session = context.session;
-    QStringList lines;
+    QStringList lines = request.only != nullptr ? request.only->Remarks() : QStringList();
     for (const RunResult& result : session.Results) {
         lines += ResultLines(result);
     }
@@ -210,8 +210,11 @@ Report ReportOf(const Context& context, const ImportRequest& request, const RunR
     }
     const bool isDone = !request.dryRun;
     const qint64 earlier = context.options.value("rejects-of").toLongLong();
-    const QStringList steps =
-        RunLines(context.session, runs, isDone && total.untranslatedCount > 0, isDone && earlier == 0, earlier);
+    const QStringList steps = RunLines(context.session, runs,
+                                       {.untranslated = isDone && total.untranslatedCount > 0,
+                                        .resumes = isDone && earlier == 0,
+                                        .rejectsOf = earlier,
+                                        .files = context.person.FilesChosen()});
     report.text = (lines + (isDone ? steps : steps.mid(0, 1))).join(u'\n');
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
         report.json.remove("errors"); // what went wrong has been told outside the procedures

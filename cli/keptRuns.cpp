@@ -51,22 +51,35 @@ bool HasRest(const history::History& history, qint64 number) {
     return began && !FoundAnotherSource(run) && history::CanGoOn(run) && history::RestOf(history, run) != nullptr;
 }
 
-QStringList NextSteps(const Session& session, qint64 run, bool untranslated, bool resumes, qint64 rejectsOf) {
-    QStringList steps;
-    if (resumes && OfHistory(session, false, [run](const auto& history) { return HasRest(history, run); })) {
-        steps.append(
-            QStringLiteral("Non è arrivata alla fine; riprendere da dove si è fermata: import --resume %1").arg(run));
+/// The files that were chosen, as the command that goes on from there wants them.
+QString FileOptions(const QStringList& files) {
+    QString options;
+    for (const QString& file : files) {
+        options += QStringLiteral(" --file ") + (file.contains(u' ') ? QString(u'"' + file + u'"') : file);
     }
-    for (const qint64 each : OfHistory(session, QList<qint64>(), [run, rejectsOf](const auto& history) {
-             return RunsWithRejects(history, run, rejectsOf);
+    return options;
+}
+
+QStringList NextSteps(const Session& session, qint64 run, const LeftOpen& left) {
+    const QString files = FileOptions(left.files);
+    QStringList steps;
+    if (left.resumes && OfHistory(session, false, [run](const auto& history) { return HasRest(history, run); })) {
+        steps.append(
+            QStringLiteral("Non è arrivata alla fine; riprendere da dove si è fermata: import --resume %1").arg(run) +
+            files);
+    }
+    for (const qint64 each : OfHistory(session, QList<qint64>(), [&](const auto& history) {
+             return RunsWithRejects(history, run, left.rejectsOf);
          })) {
         steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
                                     "import --rejects-of %1 --mended FILE")
-                         .arg(each));
+                         .arg(each) +
+                     files);
     }
-    if (untranslated) {
+    if (left.untranslated) {
         steps.append(QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1")
-                         .arg(session.UserManager.Azienda()));
+                         .arg(session.UserManager.Azienda()) +
+                     files);
     }
     return steps;
 }
@@ -95,8 +108,7 @@ QList<qint64> KeptRuns::Of(const QString& company, qsizetype most) const {
     });
 }
 
-QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes,
-                     qint64 rejectsOf) {
+QStringList RunLines(const Session& session, const QList<qint64>& runs, const LeftOpen& left) {
     if (runs.isEmpty()) {
         return {};
     }
@@ -107,7 +119,9 @@ QStringList RunLines(const Session& session, const QList<qint64>& runs, bool unt
     const QString title = runs.size() == 1 ? QStringLiteral("Esecuzione: ") : QStringLiteral("Esecuzioni: ");
     QStringList lines(title + numbers.join(QStringLiteral(", ")));
     for (const qint64 run : runs) {
-        lines += NextSteps(session, run, untranslated && run == runs.last(), resumes, rejectsOf);
+        LeftOpen ofRun = left;
+        ofRun.untranslated = left.untranslated && run == runs.last();
+        lines += NextSteps(session, run, ofRun);
     }
     lines.removeDuplicates();
     return lines;

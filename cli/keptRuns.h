@@ -20,12 +20,17 @@ private:
     qint64 m_before = 0; ///< the last one of any company
 };
 
+/// What a command has left open.
+struct LeftOpen {
+    bool untranslated = false; ///< whether codes wait for their translation
+    bool resumes = false;      ///< whether the rest of its run may be told
+    qint64 rejectsOf = 0;      ///< run whose rows given up were imported again, which has all that are open; 0: none
+    QStringList files = {};    ///< that were chosen, which going on asks for again
+};
+
 /// "Esecuzione: 4", and what the run has left open, by the commands that do it: first its rest when it broke off and
 /// can go on, then the rows given up, then the codes. Nothing for no run.
-/// @param untranslated whether codes wait for their translation @param resumes whether its rest may be told
-/// @param rejectsOf the run whose rows given up were imported again, which has all that are still open; 0: none
-QStringList RunLines(const Session& session, const QList<qint64>& runs, bool untranslated, bool resumes = false,
-                     qint64 rejectsOf = 0);
+QStringList RunLines(const Session& session, const QList<qint64>& runs, const LeftOpen& left);
 /// The last of the runs; null without one.
 QJsonValue RunNumberJson(const QList<qint64>& runs);
 

@@ -1,3 +1,4 @@
+#include "sources/tableFile.h"
 #include "tests/cli/CliRun.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
@@ -39,6 +40,22 @@ private slots:
         const auto imported =
             run.Run({"import", "--company", "X01", "--origin", "Excel", "--data", "cli", "--file", file});
         QVERIFY2(imported.exitCode == 0, qPrintable(imported.output + imported.errors));
+    }
+
+    /// What is left open is done with the file that was chosen: it is asked for again.
+    void namesTheFileAgain() {
+        const CliRun run;
+        QCOMPARE(run.CreateCompany().exitCode, 0);
+        const QString file = run.Folder.filePath("i clienti.xlsx");
+        const auto sheet =
+            sources::TableWriter::Create(file, "CLIENTI", {"COCGE", "CORAS", "CORA2", "COIVA", "COFIS", "COSC1"});
+        sheet->AddRow({"Codice", "Nome", "Nome", "P.IVA", "C.F.", "Sconto"});
+        sheet->AddRow({"C1", "Rossi", "", "", "", "x"});
+        sheet->Close();
+        const auto ended = run.Run(
+            {"import", "--company", "X01", "--origin", "Excel", "--data", "cli", "--file", file, "--errors", "ignore"});
+        QVERIFY2(ended.output.contains("import --rejects-of 1 --mended FILE --file \"" + file + '"'),
+                 qPrintable(ended.output + ended.errors));
     }
 };
 
