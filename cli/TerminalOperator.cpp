@@ -115,11 +115,12 @@ std::optional<QString> TerminalOperator::Input(const QString& prompt, const QStr
 }
 
 QString TerminalOperator::OpenFile(const QString& title, const QString& /*filter*/) {
-    if (const auto given = TakeFirst(m_answers.files)) {
-        return *given;
-    }
-    if (!m_streams.ask) {
-        throw Unanswered(title, "--file PERCORSO");
+    auto file = TakeFirst(m_answers.files);
+    if (!file) {
+        if (!m_streams.ask) {
+            throw Unanswered(title, "--file PERCORSO");
+        }
+        file = Type(title + QStringLiteral(": "), true).value_or(QString()).trimmed();
     }
     m_files += file->isEmpty() ? QStringList() : QStringList(*file);
     return *file;
