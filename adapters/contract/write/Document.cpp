@@ -328,6 +328,19 @@ qint64 DocumentWriter::FirstRow(qint64 head, int number, const QSet<qint64>& but
     return 0;
 }
 
+qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
+    const qint64 imported = FindImportedRow(head, number, but);
+    return imported != 0 ? imported : FirstRow(head, number, but, [](const SourceRow&) { return true; });
+}
+
+qint64 DocumentWriter::FindImportedRow(qint64 head, int number, const QSet<qint64>& but,
+                                       const std::optional<QString>& article) const {
+    return FirstRow(head, number, but, [&article](const SourceRow& row) {
+        return IsImportUser(row.Text("USINS")) ||
+               (article && IsImportUser(row.Text("USMDF")) && IsSameCode(row.Text("DRART"), *article));
+    });
+}
+
 qint64 DocumentWriter::TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written,
                                     const QSet<int>& leftOut) const {
     Session& session = m_run.GetSession();
@@ -376,19 +389,6 @@ void DocumentWriter::TellDocumentsLeft(const QStringList& causes, const QDate& f
 void DocumentWriter::Total(qint64 head) const {
     TargetRow totals(m_run, m_family.head);
     qdxProduction::qdxDocAggiornaTotale(m_run.GetSession(), m_family.head, head, totals);
-qint64 DocumentWriter::FindRow(qint64 head, int number, const QSet<qint64>& but) const {
-    const qint64 imported = FindImportedRow(head, number, but);
-    return imported != 0 ? imported : FirstRow(head, number, but, [](const SourceRow&) { return true; });
-}
-
-qint64 DocumentWriter::FindImportedRow(qint64 head, int number, const QSet<qint64>& but,
-                                       const std::optional<QString>& article) const {
-    return FirstRow(head, number, but, [&article](const SourceRow& row) {
-        return IsImportUser(row.Text("USINS")) ||
-               (article && IsImportUser(row.Text("USMDF")) && IsSameCode(row.Text("DRART"), *article));
-    });
-}
-
 }
 
 void SetTotals(ImportRun& run, const Family& family, qint64 head, const SourceTotals& totals) {
