@@ -166,11 +166,11 @@ public:
     void Total(qint64 head) const;
 
 private:
+    template<class Condition>
+    qint64 FirstRow(qint64 head, int number, const QSet<qint64>& but, Condition counts) const;
     void SetAddress(TargetRow& row, const DocumentHead& head) const;
     QString DestinationName(const DocumentHead& head, const QString& counterpartyName) const;
     QString VatOf(const DocumentRow& row, const QString& ofArticle) const;
-    template<class Condition>
-    qint64 FirstRow(qint64 head, int number, const QSet<qint64>& but, Condition counts) const;
     void TellExchangeRate(const TargetRow& head) const;
 
     ImportRun& m_run;

@@ -116,11 +116,11 @@ private:
         std::vector<Step> earlier; ///< of an import before; those found again are taken out
     };
     KnownWork FindWork(const WorkPrice& price) const;
+    void EndWorksOf(const QString& article);
     ListHead NewHead(const QString& list, const QString& direction, const QString& description, const QString& currency,
                      const QVariant& since) const;
     ListHead KnownHead(const QString& list, const QString& direction, const QString& description,
                        const QString& currency) const;
-    void EndWorksOf(const QString& article);
     void ReadScales(qint64 articleRow);
     void EndScales(bool areDeleted);
     std::map<qint64, QString> ListsToLookAt();
@@ -149,8 +149,8 @@ private:
     std::map<qint64, std::vector<Step>> m_left; ///< by article's row: its scales of before that have not come
     QSet<qint64> m_noted;                       ///< article's rows of which a row of the source has told a note
     QSet<qint64> m_works;                       ///< RECORD_IDs of the work prices written so far
+    QSet<qint64> m_worksOfRow;                  ///< those of the source row under way
+    QSet<QString> m_worked;                     ///< articles that have work prices
 };
 
 } // namespace contract
-    QSet<qint64> m_worksOfRow;                  ///< those of the source row under way
-    QSet<QString> m_worked;                     ///< articles that have work prices

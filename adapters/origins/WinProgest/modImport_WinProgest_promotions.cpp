@@ -6,7 +6,6 @@
 #include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
-#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 #include <QSet>

@@ -5,7 +5,6 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TriggersOff.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
-#include "core/schemaDefaults.h"
 
 using namespace contract;
 
