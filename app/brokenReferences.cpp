@@ -46,7 +46,8 @@ void AddLeft(ovConnection& quadrix, const Reference& reference, const schema::Ta
         try {
             const qint64 count = quadrix.ExecuteCommand(CountQuery(quadrix, reference, referring, owner, going));
             if (count > 0) {
-                broken.push_back({referring, reference.column, count});
+                const bool isOwn = owner.shared || referring == PhysicalName(reference.table, company);
+                broken.push_back({referring, reference.column, count, !isOwn});
             }
         } catch (const Error&) { // as it is said of this
             continue;
@@ -77,17 +78,17 @@ QStringList ReferringTables(ovConnection& quadrix, const Reference& reference, c
     if (known == nullptr || tables.first() == reference.table) {
         return tables;
     }
-    QStringList others;
-    if (known->shared) {
-        Recordset companies = quadrix.ExecuteWC(QStringLiteral("SELECT CDAZI FROM SYS_AZI ORDER BY CDAZI"));
-        for (; !companies.Eof(); companies.MoveNext()) {
-            others.append(mod_ovTools::ToText(companies.Fields(0).Value()).trimmed());
-        }
-    } else if (table == merge::Master) {
-        others = merge::MergedInto(quadrix, company);
+    const bool isMerged = table == merge::Master; // with those that were merged into it
+    const QStringList merged = isMerged ? merge::MergedInto(quadrix, company) : QStringList();
+    if (!known->shared && merged.isEmpty()) {
+        return tables;
     }
-    for (const QString& other : std::as_const(others)) {
-        tables.append(PhysicalName(reference.table, other));
+    Recordset companies = quadrix.ExecuteWC(QStringLiteral("SELECT CDAZI FROM SYS_AZI ORDER BY CDAZI"));
+    for (; !companies.Eof(); companies.MoveNext()) {
+        const QString other = mod_ovTools::ToText(companies.Fields(0).Value()).trimmed();
+        if (known->shared || merged.contains(other, Qt::CaseInsensitive)) {
+            tables.append(PhysicalName(reference.table, other));
+        }
     }
     tables.removeDuplicates();
     return tables;
@@ -134,7 +135,10 @@ QString TextOf(const std::vector<Broken>& broken) {
     for (const Broken& each : broken) {
         parts.append(QStringLiteral("%1 (%2): %3").arg(each.table, each.column, italian::NumberText(each.rows)));
     }
-    return parts.join(QStringLiteral(", "));
+    const bool hasMerged =
+        std::any_of(broken.begin(), broken.end(), [](const Broken& each) { return each.isOfMerged; });
+    return parts.join(QStringLiteral(", ")) +
+           (hasMerged ? u"; quelle di un'azienda fusa in questa restano giuste se da allora è stata ricaricata" : u"");
 }
 
 } // namespace brokenReferences

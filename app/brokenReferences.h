@@ -28,13 +28,15 @@ struct Broken {
     QString table; ///< physical name
     QString column;
     qint64 rows = 0;
+    bool isOfMerged = false; ///< of a company that was merged into this one; its own where it was filled anew since
 };
 /// What would be left in all those tables when those rows of the company under work are deleted, and of attachments,
 /// whichever company has them. A table that cannot be read is left out: it is not there, or the check before the run
 /// tells it.
 std::vector<Broken> LeftBy(Session& session, const std::vector<contract::RowsToDelete>& rows);
 
-/// "X01_DOC_ACQ (DTCON): 92, X01_ART_FOR (AFFOR): 147"; empty when nothing is left.
+/// "X01_DOC_ACQ (DTCON): 92, X01_ART_FOR (AFFOR): 147", and what is to be known of merged companies; empty when nothing
+/// is left.
 QString TextOf(const std::vector<Broken>& broken);
 
 } // namespace brokenReferences

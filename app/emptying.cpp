@@ -2,6 +2,7 @@
 
 #include "app/CompanyLock.h"
 #include "app/history/Recorder.h"
+#include "app/mergeRecord.h"
 
 namespace {
 
@@ -47,6 +48,9 @@ EmptyingResult EmptyAndKeep(Session& session, const EmptyingWork& work,
         session.Observer->ProcedureBegins(work.module, work.procedure);
         try {
             empty(result);
+            for (const QString& company : work.companies) {
+                merge::Records(session).Forget(company);
+            }
         } catch (...) {
             result.outcome = RunResult::Outcome::Failed;
             session.Errors.Monitoring(work.module, work.procedure);

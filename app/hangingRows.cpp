@@ -51,28 +51,34 @@ std::vector<Owner> OwnersAmong(const QStringList& tables) {
     return found;
 }
 
-/// The condition on those that imports have written, or on those of others.
-QString ConditionOf(const Session& session, const Owner& owner, const Hanging& hanging, bool ofImports) {
+/// Which of those rows: those that go, those among them that somebody has written, those that stay.
+enum class Which { Go, GoOfHands, Stay };
+
+QString ConditionOf(const Session& session, const Owner& owner, const Hanging& hanging, Which which) {
+    const QString imports = contract::OfImports(session);
+    const QString hands = "(USINS IS NULL OR NOT " + imports + ')';
     if (hanging.whole) {
         const QString texts =
             contract::Equals(session, hanging.column, session.Quadrix.GetFullTableName(owner.tables.last()));
-        return ofImports ? texts : QStringLiteral("1 = 0");
+        return which == Which::Go ? texts : which == Which::GoOfHands ? texts + " AND " + hands : QString("1 = 0");
     }
-    const QString imports = contract::OfImports(session);
-    return (ofImports ? imports : QString("(USINS IS NULL OR NOT " + imports + ')')) +
+    if (which == Which::GoOfHands) {
+        return QStringLiteral("1 = 0");
+    }
+    return (which == Which::Go ? imports : hands) +
            (hanging.column.isEmpty() ? QString()
                                      : QString(" AND " + hanging.column + " IN ('" + owner.tables.join("', '") + "')"));
 }
 
-/// Those rows by table (physical name), tables without any left out.
-QList<RunResult::Emptied> Count(Session& session, const Owner& owner, const QStringList& emptied, bool ofImports) {
+/// Those rows by table (physical name), tables without any left out, and those that are not there.
+QList<RunResult::Emptied> Count(Session& session, const Owner& owner, const QStringList& emptied, Which which) {
     QList<RunResult::Emptied> found;
     for (const Hanging& hanging : owner.hanging) {
         const QString name = session.Quadrix.GetFullTableName(hanging.table);
-        const qint64 rows = emptied.contains(hanging.table)
+        const qint64 rows = emptied.contains(hanging.table) || session.Quadrix.GetColumns(name).isEmpty()
                                 ? 0
                                 : session.Quadrix.ExecuteCommand("SELECT COUNT(*) FROM " + name + " WHERE " +
-                                                                 ConditionOf(session, owner, hanging, ofImports));
+                                                                 ConditionOf(session, owner, hanging, which));
         if (rows > 0) {
             found.append({name, rows});
         }
@@ -131,8 +137,13 @@ QStringList Texts(Session& session, const QStringList& going, const QStringList&
     }
     QStringList texts;
     for (const Owner& owner : OwnersAmong(going)) {
-        texts += TextOf(owner.goes, Count(session, owner, emptied, true)) +
-                 TextOf(owner.stays, Count(session, owner, emptied, false)) + LeftText(session, owner, emptied, told);
+        const auto text = [&](const QString& sentence, Which which) {
+            return TextOf(sentence, Count(session, owner, emptied, which));
+        };
+        texts += text(owner.goes, Which::Go) +
+                 text(QStringLiteral("Vanno anche testi in lingua scritti a mano, che nessuna importazione riporta"),
+                      Which::GoOfHands) +
+                 text(owner.stays, Which::Stay) + LeftText(session, owner, emptied, told);
     }
     return texts;
 }
@@ -140,13 +151,13 @@ QStringList Texts(Session& session, const QStringList& going, const QStringList&
 QList<RunResult::Emptied> Delete(Session& session, const QStringList& going) {
     QList<RunResult::Emptied> all;
     for (const Owner& owner : OwnersAmong(going)) {
-        const QList<RunResult::Emptied> taken = Count(session, owner, going, true);
+        const QList<RunResult::Emptied> taken = Count(session, owner, going, Which::Go);
         for (const Hanging& hanging : owner.hanging) {
             const QString name = session.Quadrix.GetFullTableName(hanging.table);
             const bool hasSome =
                 std::any_of(taken.begin(), taken.end(), [&](const auto& each) { return each.table == name; });
             if (hasSome) {
-                const QString condition = ConditionOf(session, owner, hanging, true);
+                const QString condition = ConditionOf(session, owner, hanging, Which::Go);
                 session.Observer->TableIsEmptied(name, condition);
                 session.Quadrix.Execute("DELETE FROM " + name + " WHERE " + condition);
             }

@@ -4,8 +4,9 @@
 
 /// Rows that hang on articles or counterparties by their codes, such as the attributes of the ones, the telephones of
 /// the others. Where those go and such rows stay, whoever is given their codes next takes them over: what imports have
-/// hung there therefore goes along, with the texts of articles by language, and what stays of a hand is told, as are
-/// rows of other tables that name them, such as price lists and attachments. Everything raises `SqlError`.
+/// hung there therefore goes along, with the texts of articles by language, whoever has written them. Of a hand it is
+/// told what goes and what stays, as are rows of other tables that name them, such as price lists and attachments. A
+/// table that is not there has no rows. Everything raises `SqlError`.
 namespace hangingRows {
 
 /// What goes along when articles or counterparties are emptied, and what stays, in sentences; none when nothing hangs.

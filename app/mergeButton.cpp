@@ -103,6 +103,15 @@ bool AgreesToMatches(Operator& person, const MergeResult& preview, bool updateRe
     return person.Review(question.join(u'\n'), lines);
 }
 
+/// Why there is no merge and no further question: nothing that the operator could agree to, or nobody to be asked.
+QString RefusalWithoutAsking(const Operator& person, const MergeResult& preview, bool updateReferences) {
+    const QString refusal = RefusalText(preview, updateReferences);
+    if (!refusal.isEmpty() && !(updateReferences && person.CanBeAskedMore())) {
+        return refusal;
+    }
+    return person.CanBeAskedMore() ? QString() : IntoMergedRefusal(preview);
+}
+
 /// Merges what the operator agrees to; cancelled when he does not.
 MergeResult MergeAsked(Session& session) {
     MergeResult cancelled;
@@ -115,13 +124,14 @@ MergeResult MergeAsked(Session& session) {
     if (merge.outcome != RunResult::Outcome::Done) {
         return merge;
     }
-    const QString refusal = RefusalText(merge, answers->updateReferences);
-    if (!refusal.isEmpty() && !answers->updateReferences) {
+    const QString refusal = RefusalWithoutAsking(session.Person, merge, answers->updateReferences);
+    if (!refusal.isEmpty()) {
         merge.outcome = RunResult::Outcome::Failed;
         Guarded(session.Errors, MergeModule, MergeName, false, [&]() -> bool { throw ImportError(refusal); });
         return merge;
     }
-    const MergeConsent consent{.again = !refusal.isEmpty(), .intoMerged = !IntoMergedRefusal(merge).isEmpty()};
+    const MergeConsent consent{.again = !RefusalText(merge, answers->updateReferences).isEmpty(),
+                               .intoMerged = !IntoMergedRefusal(merge).isEmpty()};
     if ((consent.again && !AgreesToRepeat(session.Person, *merge.earlier)) ||
         (consent.intoMerged && !AgreesToCopies(session.Person, merge)) ||
         !AgreesToMatches(session.Person, merge, answers->updateReferences)) {

@@ -41,6 +41,12 @@ public:
     void ReadCodes();
     /// Whether some of them are marked: a merge was interrupted.
     bool HasMarks() const;
+    /// Whether an interrupted merge may have re-pointed some of them: codes without a "0" bear no mark.
+    bool MayBeRepointed() const;
+    /// Whether there are any.
+    bool HasCodes() const;
+    /// Whether the dictionary names such columns at all.
+    bool AreKnown() const { return !m_references.empty(); }
     /// What is to be told of codes that no counterparty of the source has, each once: they stay, and mean whoever has
     /// them in the destination. @param takesUp an interrupted merge: codes without a "0" may be new ones already
     QStringList NotesOfStrangers(const QVector<modMain::MergeMatch>& matches, bool takesUp) const;
@@ -67,6 +73,7 @@ private:
     };
 
     void Read();
+    bool HasCode(const std::function<bool(const QString&)>& isOne) const;
     /// None when it has no such code.
     std::optional<QString> NameInDestination(const QString& code) const;
     QString Update(const Reference& reference, const QString& value, const QString& which) const;

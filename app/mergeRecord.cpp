@@ -25,6 +25,15 @@ ovQueryConstructor NewQuery(const Session& session) {
     return query;
 }
 
+ovQueryConstructor NewMerge(const Session& session, const Companies& companies) {
+    ovQueryConstructor query = NewQuery(session);
+    query.AddUpdateField("FUPAR", companies.from, DataType::NVarChar);
+    query.AddUpdateField("FUDES", companies.to, DataType::NVarChar);
+    query.AddUpdateField("FUINI", session.Now(), DataType::DateTime);
+    query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
+    return query;
+}
+
 /// The company of a code; without its name when it is no longer there.
 modMain::Company Named(Session& session, const QString& code) {
     const auto companies = modMain::GetCompanies(session);
@@ -40,6 +49,31 @@ QDateTime MomentOf(const Recordset& rows, const char* column) {
 
 bool IsThere(ovConnection& quadrix) { return quadrix.GetTables().contains(Table, Qt::CaseInsensitive); }
 
+QString FieldText(const Recordset& rows, const char* column) {
+    return mod_ovTools::ToText(rows.Value(QLatin1String(column))).trimmed();
+}
+
+/// The references of a company with their codes; none when nobody can tell: it lacks one, or the dictionary is empty.
+std::optional<References> ReadReferences(Session& session, const QString& company) {
+    try {
+        References references(session, {company, {}});
+        references.Check();
+        references.ReadCodes();
+        return references.AreKnown() ? std::optional(std::move(references)) : std::nullopt;
+    } catch (const ImportError&) {
+        return std::nullopt;
+    }
+}
+
+/// Earlier releases noted a merge before it did anything.
+bool HasDoneNothing(Session& session, const Recordset& merge) {
+    if (MomentOf(merge, "FUFIN").isValid()) {
+        return false;
+    }
+    const auto references = ReadReferences(session, FieldText(merge, "FUPAR"));
+    return references && !references->MayBeRepointed();
+}
+
 } // namespace
 
 Records::Records(Session& session)
@@ -50,18 +84,20 @@ std::optional<modMain::EarlierMerge> Records::LastOf(const QString& company) con
     if (!IsThere(m_session.Quadrix)) {
         return std::nullopt;
     }
-    const Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + Table + u"\rWHERE FUPAR = " +
-                                                       Quoted(m_session, company) + u"\rORDER BY RECORD_ID DESC");
-    if (rows.Eof()) {
+    Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + Table + u"\rWHERE FUPAR = " +
+                                                 Quoted(m_session, company) + u"\rORDER BY RECORD_ID DESC");
+    while (!rows.Eof() && HasDoneNothing(m_session, rows)) {
+        rows.MoveNext();
+    }
+    if (rows.Eof() || FieldText(rows, "FUPAR") == FieldText(rows, "FUDES")) {
         return std::nullopt;
     }
-    const auto text = [&rows](const char* column) { return mod_ovTools::ToText(rows.Value(QLatin1String(column))); };
     return modMain::EarlierMerge{rows.Value("RECORD_ID").toLongLong(),
-                                 Named(m_session, text("FUPAR")),
-                                 Named(m_session, text("FUDES")),
+                                 Named(m_session, FieldText(rows, "FUPAR")),
+                                 Named(m_session, FieldText(rows, "FUDES")),
                                  MomentOf(rows, "FUINI"),
                                  MomentOf(rows, "FUFIN"),
-                                 text("FUUTE")};
+                                 FieldText(rows, "FUUTE")};
 }
 
 void Records::Prepare() {
@@ -85,13 +121,20 @@ void Records::Begin(const Companies& companies) {
     if (m_isOff || m_id != 0) {
         return;
     }
-    ovQueryConstructor query = NewQuery(m_session);
-    query.AddUpdateField("FUPAR", companies.from, DataType::NVarChar);
-    query.AddUpdateField("FUDES", companies.to, DataType::NVarChar);
-    query.AddUpdateField("FUINI", m_session.Now(), DataType::DateTime);
-    query.AddUpdateField("FUUTE", Worker(), DataType::NVarChar);
-    m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Insert));
+    m_session.Quadrix.Execute(NewMerge(m_session, companies).MakeStatement(StatementKind::Insert));
     m_id = m_session.Quadrix.LastInsertId();
+}
+
+void Records::Forget(const QString& company) {
+    if (m_isOff || !LastOf(company)) {
+        return;
+    }
+    const auto references = ReadReferences(m_session, company);
+    if (references && !references->HasCodes()) {
+        ovQueryConstructor query = NewMerge(m_session, {company, company});
+        query.AddUpdateField("FUFIN", m_session.Now(), DataType::DateTime);
+        m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Insert));
+    }
 }
 
 void Records::End() {
@@ -106,7 +149,7 @@ void Records::End() {
 }
 
 QStringList MergedInto(ovConnection& quadrix, const QString& company) {
-    QStringList merged;
+    QStringList merged; // not a company that was forgotten, which is its own last
     if (!IsThere(quadrix)) {
         return merged;
     }
@@ -124,11 +167,8 @@ QStringList MergedInto(ovConnection& quadrix, const QString& company) {
 
 QString MergedText(Session& session, const QString& company) {
     const auto last = Records(session).LastOf(company);
-    return last ? modMain::EarlierMergeText(*last) +
-                      QStringLiteral(
-                          ": le righe di %1 hanno i codici delle controparti di %2, e quelle che si importano "
-                          "adesso avrebbero i propri")
-                          .arg(last->from.code, last->to.code)
+    return last ? modMain::ForeignCodesText(*last) +
+                      QStringLiteral(", e quelle che si importano adesso avrebbero i propri")
                 : QString();
 }
 

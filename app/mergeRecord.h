@@ -22,6 +22,10 @@ public:
     /// Notes that it has ended well.
     void End();
 
+    /// To be called when a company was emptied: once nothing in it refers to a counterparty any more, its merge binds
+    /// nobody. Noted as a merge into itself, for older releases too.
+    void Forget(const QString& company);
+
 private:
     Session& m_session;
     /// Within a trial nothing is noted: it must leave no trace, and making a table ends the transaction of some

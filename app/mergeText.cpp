@@ -56,6 +56,12 @@ QString EarlierMergeText(const EarlierMerge& earlier) {
                      .arg(companies, italian::MinuteText(earlier.begun), earlier.by);
 }
 
+QString ForeignCodesText(const EarlierMerge& earlier) {
+    return EarlierMergeText(earlier) +
+           QStringLiteral(": le righe di %1 hanno%2 i codici delle controparti di %3")
+               .arg(earlier.from.code, earlier.IsDone() ? QString() : QStringLiteral(" in parte"), earlier.to.code);
+}
+
 QString RefusalText(const MergeResult& merge, bool updateReferences) {
     if (!merge.earlier || !merge.earlier->IsDone()) {
         return {};
@@ -66,7 +72,7 @@ QString RefusalText(const MergeResult& merge, bool updateReferences) {
                QStringLiteral("I riferimenti contengono già i codici nuovi: aggiornarli di nuovo li porterebbe "
                               "su controparti sbagliate. Non è stato scritto nulla. Solo se da allora "
                               "l'azienda di partenza è stata ricaricata si possono aggiornare ancora (dalla "
-                              "riga di comando: --update-references-again)");
+                              "riga di comando: merge --update-references-again)");
     }
     const QString copied = CopiedText(merge);
     return copied.isEmpty()
@@ -76,7 +82,7 @@ QString RefusalText(const MergeResult& merge, bool updateReferences) {
                                     "che ora si copierebbero (%1) prenderebbero quelli di altre. Non "
                                     "è stato scritto nulla. Inserirle nell'azienda di destinazione e ripetere; se da "
                                     "allora l'azienda di partenza è stata ricaricata, fondere aggiornando di nuovo i "
-                                    "riferimenti (dalla riga di comando: --update-references-again)")
+                                    "riferimenti (dalla riga di comando: merge --update-references-again)")
                          .arg(copied);
 }
 
@@ -85,9 +91,7 @@ QString IntoMergedText(const MergeResult& merge) {
         return {};
     }
     const QString copied = CopiedText(merge);
-    return EarlierMergeText(*merge.ofDestination) +
-           QStringLiteral(": le righe di %1 hanno i codici delle controparti di %2")
-               .arg(merge.to.code, merge.ofDestination->to.code) +
+    return ForeignCodesText(*merge.ofDestination) +
            (copied.isEmpty() ? QString()
                              : QStringLiteral(", e le controparti che ora si copierebbero in %1 (%2) prenderebbero "
                                               "contatti, recapiti e documenti di altre")
@@ -100,7 +104,7 @@ QString IntoMergedRefusal(const MergeResult& merge) {
                : IntoMergedText(merge) +
                      QStringLiteral(". Non è stato scritto nulla. Fondere nell'azienda che ha quei codici; solo se da "
                                     "allora %1 è stata ricaricata si possono copiare qui (dalla riga di comando: "
-                                    "--into-merged)")
+                                    "merge --into-merged)")
                          .arg(merge.to.code);
 }
 

@@ -19,6 +19,8 @@ QStringList NoteLines(const MergeResult& result);
 
 /// Which companies a merge with references has joined, when and by whom; of one that was interrupted also that it is.
 QString EarlierMergeText(const EarlierMerge& earlier);
+/// The same, and whose codes the rows of the source have since.
+QString ForeignCodesText(const EarlierMerge& earlier);
 
 /// Why a merge is refused because of an earlier one with references, and what to do; empty when it is not. Without
 /// references it depends on the matches.

@@ -150,9 +150,20 @@ qint64 References::Repoint(const QString& oldCode, const QString& newCode) {
     return changed;
 }
 
-bool References::HasMarks() const {
-    return std::any_of(m_references.begin(), m_references.end(), [](const Reference& reference) {
-        return std::any_of(reference.codes.begin(), reference.codes.end(), IsMarked);
+bool References::HasMarks() const { return HasCode(IsMarked); }
+
+bool References::MayBeRepointed() const {
+    static const QRegularExpression form(QStringLiteral("^[1-9X]{6}$"));
+    return HasCode([](const QString& code) { return form.match(code).hasMatch(); });
+}
+
+bool References::HasCodes() const {
+    return HasCode([](const QString& code) { return !code.isEmpty(); });
+}
+
+bool References::HasCode(const std::function<bool(const QString&)>& isOne) const {
+    return std::any_of(m_references.begin(), m_references.end(), [&isOne](const Reference& reference) {
+        return std::any_of(reference.codes.begin(), reference.codes.end(), isOne);
     });
 }
 

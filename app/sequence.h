@@ -119,6 +119,10 @@ SequenceResult Sequence(Session& session, const SequenceSettings& settings, cons
 /// "Sequence2"; else as `Sequence`.
 SequenceResult Sequence2(Session& session, const SequenceSettings& settings, const SequenceWindow& window);
 
+/// What goes along when sequence 2 empties the tables of the company under work, and what stays, in sentences. Raises
+/// `SqlError`.
+QStringList BesidesEmptying(Session& session);
+
 /// The flow behind the button "cmdSequence": confirmation, password, gate, and the sequence of the settings. None when
 /// it came to no sequence: the operator declined, the password was wrong (which is not told), or something is missing.
 std::optional<SequenceResult> PressSequence(Session& session, const Choice& choice, const SequenceWindow& window);

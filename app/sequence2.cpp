@@ -3,6 +3,7 @@
 #include "app/confirmation.h"
 #include "app/connectSource.h"
 #include "app/hangingRows.h"
+#include "app/mergeRecord.h"
 #include "app/sequenceQueries.h"
 #include "app/sequenceRun.h"
 #include "core/italianText.h"
@@ -207,6 +208,7 @@ void EmptyTables(SequenceRun& run, Triggers& triggers) {
             run.Log(text);
         }
         account.details += told;
+        merge::Records(run.GetSession()).Forget(run.GetSession().UserManager.Azienda());
     });
     run.End(Outcome::Done, (QStringList(EmptiedText(EmptiedTables().size(), rows)) + told).join("; "));
 }
@@ -295,6 +297,8 @@ const std::vector<SequenceChoice>& SequenceChoices() {
     };
     return choices;
 }
+
+QStringList BesidesEmptying(Session& session) { return hangingRows::Texts(session, EmptiedTables()); }
 
 SequenceResult Sequence2(Session& session, const SequenceSettings& settings, const SequenceWindow& window) {
     SequenceRun run(session, settings, window);

@@ -51,17 +51,23 @@ QString TextOf(const ErrorEntry& error) {
 
 modMain::Company CompanyOf(Session& session, const SequenceSettings& settings) {
     const auto companies = modMain::GetCompanies(session);
-    const auto those = [&](QString modMain::Company::*part) {
+    const QStringList listed = modMain::NamesInList(companies);
+    const auto those = [&](const auto& textOf) {
         QVector<modMain::Company> found;
-        for (const modMain::Company& company : companies) {
-            if ((company.*part).trimmed().compare(settings.company, Qt::CaseInsensitive) == 0) {
-                found.append(company);
+        for (qsizetype i = 0; i < companies.size(); ++i) {
+            if (textOf(i).trimmed().compare(settings.company, Qt::CaseInsensitive) == 0) {
+                found.append(companies.at(i));
             }
         }
         return found;
     };
-    const auto named = those(&modMain::Company::name);
-    const auto found = named.isEmpty() ? those(&modMain::Company::code) : named;
+    auto found = those([&](qsizetype i) { return companies.at(i).name; });
+    if (found.isEmpty()) {
+        found = those([&](qsizetype i) { return listed.at(i); });
+    }
+    if (found.isEmpty()) {
+        found = those([&](qsizetype i) { return companies.at(i).code; });
+    }
     if (found.isEmpty()) {
         throw ImportError(QStringLiteral("l'azienda '%1' del file '%2' non c'è").arg(settings.company, settings.file));
     }

@@ -7,8 +7,8 @@
 #include "app/RunLog.h"
 #include "app/sequence.h"
 
-/// The company of the settings. Raises `ImportError` when there is none of that name or code, and when several have the
-/// name.
+/// The company of the settings. Raises `ImportError` when there is none of that name or code, nor one that lists show
+/// so, and when several have the name.
 modMain::Company CompanyOf(Session& session, const SequenceSettings& settings);
 /// `merge::MergedText` of that company; empty without one, which the sequence then tells.
 QString MergedTextOf(Session& session, const SequenceSettings& settings);

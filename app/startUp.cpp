@@ -254,4 +254,16 @@ QVector<Company> GetCompanies(Session& session) {
     return companies;
 }
 
+QStringList NamesInList(const QVector<Company>& companies) {
+    QStringList names;
+    for (const Company& company : companies) {
+        const auto isOfName = [&company](const Company& other) {
+            return other.name.compare(company.name, Qt::CaseInsensitive) == 0;
+        };
+        const bool isAlone = std::count_if(companies.cbegin(), companies.cend(), isOfName) == 1;
+        names.append(isAlone ? company.name : QStringLiteral("%1 (%2)").arg(company.name, company.code));
+    }
+    return names;
+}
+
 } // namespace modMain

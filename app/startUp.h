@@ -40,4 +40,7 @@ struct Company {
 /// The companies, by code. Raises `SqlError`, also when the database holds no Quadrix tables.
 QVector<Company> GetCompanies(Session& session);
 
+/// The names of companies as lists show them: those of one name bear their code too.
+QStringList NamesInList(const QVector<Company>& companies);
+
 } // namespace modMain

@@ -45,6 +45,7 @@ public:
     void Note(const QString& text) override;
     /// The details are lines before the question. The end of the input and the interrupt give it up.
     Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) override;
+    bool CanBeAskedMore() const override { return HasPerson() && m_answers.questions.empty(); }
     bool Review(const QString& question, const QStringList& lines) override;
     std::optional<QString> Input(const QString& prompt, const QString& title, const QString& defaultText) override;
     QString OpenFile(const QString& title, const QString& filter) override;

@@ -1,3 +1,4 @@
+#include "app/importFlow.h"
 #include "app/sequenceRun.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
@@ -118,18 +119,32 @@ Report ReportOf(const Context& context, const SequenceResult& result, const QLis
 /// Raises `UsageError` for a company that there is not, naming those that there are.
 void RequireCompany(Session& session, const SequenceSettings& settings) {
     QStringList known;
-    for (const modMain::Company& company : modMain::GetCompanies(session)) {
-        for (const QString& name : {company.name.trimmed(), company.code.trimmed()}) {
-            if (name.compare(settings.company, Qt::CaseInsensitive) == 0) {
+    const auto companies = modMain::GetCompanies(session);
+    const QStringList listed = modMain::NamesInList(companies);
+    for (qsizetype i = 0; i < companies.size(); ++i) {
+        for (const QString& name : {companies.at(i).name, listed.at(i), companies.at(i).code}) {
+            if (name.trimmed().compare(settings.company, Qt::CaseInsensitive) == 0) {
                 return;
             }
-            known.append(name);
         }
+        known << listed.at(i).trimmed() << companies.at(i).code.trimmed();
     }
     throw UsageError(QStringLiteral("L'azienda '%1' di '%2' non esiste%3 (aziende presenti: %4)")
                          .arg(settings.company, QDir::toNativeSeparators(settings.file),
                               DidYouMean(settings.company, known),
                               known.isEmpty() ? QStringLiteral("nessuna") : known.join(", ")));
+}
+
+/// What goes besides the tables that are emptied; nothing where that cannot be told.
+QString BesidesText(Session& session, const SequenceSettings& settings) {
+    const ovErrors::Acting acting(session.Errors, ErrorAction::Abort);
+    try {
+        TakeCompany(session, CompanyOf(session, settings).code);
+        const QStringList besides = BesidesEmptying(session);
+        return besides.isEmpty() ? QString() : ". " + besides.join(". ");
+    } catch (const Error&) {
+        return {};
+    }
 }
 
 Report Sequence(Context& context) {
@@ -141,7 +156,10 @@ Report Sequence(Context& context) {
     if (script == 2) {
         const SequenceSteps steps = StepsFrom(context.options);
         window.LanciaSequenza = [steps] { return std::optional(steps); };
-        what += steps.DeleteBefore ? " e prima ne svuota le tabelle, con quelle comuni GEN_..." : "";
+        if (steps.DeleteBefore) {
+            what += " e prima ne svuota le tabelle, con quelle comuni GEN_...";
+            what += context.options.isSet("yes") ? QString() : BesidesText(context.session, settings);
+        }
     } else {
         RefuseSteps(context.options);
     }
@@ -170,10 +188,7 @@ Command SequenceCommand() {
                 StepNames().join(", ") + ".",
             {{"script", "Quale sequenza: 1 o 2; senza, quella di Sequence.ini.", "NUMERO"},
              {"steps", "Passi della sequenza 2, separati da virgole.", "PASSI"},
-             {"answer", "Risposta a una domanda: yes o no.", "RISPOSTA"},
-             InputOption(),
-             InputFileOption(),
-             {"file", "File da scegliere dove una procedura ne chiede uno.", "PERCORSO"},
+             {"answer", "Risposta a una domanda della sequenza 1: yes o no.", "RISPOSTA"},
              ErrorsOption(),
              YesOption()},
             Need::Database,

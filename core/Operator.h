@@ -67,6 +67,8 @@ public:
     virtual void Note(const QString& /*text*/) {}
     /// A yes/no question. @param details what it is about, in lines of text, shown with the question
     virtual Answer Ask(const QString& question, Question style = Question::Plain, const QString& details = {}) = 0;
+    /// Whether a further question can be asked, one that nobody could foresee: not where answers were given beforehand.
+    virtual bool CanBeAskedMore() const { return true; }
     /// A yes/no question about a list that is looked through before; true for yes, No is the default.
     virtual bool Review(const QString& question, const QStringList& lines) = 0;
     /// Asks for a text; none when the operator gave up.

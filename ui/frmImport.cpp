@@ -105,17 +105,11 @@ void frmImport::LoadCompanies() {
     ShowConnection(trouble);
 }
 
-/// Those of one name bear their code too, here and in the settings: without it nobody knows which one is meant.
+/// The settings hold the names as the list shows them: without the code nobody knows which one of a name is meant.
 void frmImport::FillCompanies(const QVector<modMain::Company>& companies) {
     m_companies = companies;
     cmbAzienda->clear();
-    for (const modMain::Company& company : companies) {
-        const auto isOfName = [&company](const modMain::Company& other) {
-            return other.name.compare(company.name, Qt::CaseInsensitive) == 0;
-        };
-        const bool isAlone = std::count_if(companies.cbegin(), companies.cend(), isOfName) == 1;
-        cmbAzienda->addItem(isAlone ? company.name : QStringLiteral("%1 (%2)").arg(company.name, company.code));
-    }
+    cmbAzienda->addItems(modMain::NamesInList(companies));
 }
 
 /// Chooses a company by its code; none when the list has it not.

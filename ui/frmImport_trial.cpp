@@ -117,8 +117,7 @@ void frmImport::Prove(std::optional<contract::Button> button) {
     }
     const Running running(*this);
     const contract::Origin& origin = *Chosen().origin;
-    const std::vector<proof::Wanted> wanted =
-        button ? std::vector<proof::Wanted>{{*button}} : proof::AllOf(origin);
+    const std::vector<proof::Wanted> wanted = button ? std::vector<proof::Wanted>{{*button}} : proof::AllOf(origin);
     Guarded(m_session.Errors, "frmImport", "Prove", false, [&] {
         const auto made = proof::Make(m_session, Chosen(), wanted);
         if (made) {

@@ -135,10 +135,11 @@ Referring::Left Referring::WhatIsLeft() const {
     for (const LeftRows& each : all) {
         const QSet<qint64> before = QSet<qint64>(each.ofEarlier).subtract(each.ofHands);
         if (!before.isEmpty()) {
-            left.before.push_back({each.table, each.reference.column, before.size()});
+            left.before.push_back({each.table, each.reference.column, before.size(), each.isOfMerged});
         }
         if (before.size() < each.codes.size()) {
-            left.byRun.push_back({each.table, each.reference.column, each.codes.size() - before.size()});
+            left.byRun.push_back(
+                {each.table, each.reference.column, each.codes.size() - before.size(), each.isOfMerged});
         }
     }
     return left;

@@ -185,6 +185,7 @@ private slots:
         const QStringList ofArticles{
             "Con gli articoli vanno i testi in lingua e le righe che le importazioni vi hanno appeso: 3 (SYS_LNG: 1, "
             "X01_FLD_VAL: 1, X01_ART_FOR: 1)",
+            "Vanno anche testi in lingua scritti a mano, che nessuna importazione riporta: 1 (SYS_LNG: 1)",
             "Restano le righe inserite a mano, che passano a chi avrà il codice del loro articolo: 1 (X01_ART_FOR: 1)",
             "Restano righe di altre tabelle che nominano gli articoli, e passano a chi avrà i loro codici: "
             "X01_LIS_ART (CDART): 1, SYS_ATT (ATKEY): 1"};
@@ -211,6 +212,7 @@ private slots:
         TestTarget target;
         FillResetTables(target);
         target.Execute("DELETE FROM X01_NUM_TEL");
+        target.Execute("DROP TABLE X01_IMA_GES"); // no table of the reset itself
         for (const char* row : {"'CON_TRO', '000001', 'SYSTEM_IMPORT'", "'CON_RIF', '7', 'SYSTEM_IMPORT'",
                                 "'CON_TRO', '000002', 'MARIO'", "'TAB_AGE', '01', 'SYSTEM_IMPORT'"}) {
             target.Execute(QString("INSERT INTO X01_NUM_TEL (TBNAM, TBKEY, USINS) VALUES (%1)").arg(row));

@@ -427,8 +427,12 @@ private slots:
         target.Execute("UPDATE X02_DOC_VEN SET DTCON = '000010'"); // as a merge does
         QCOMPARE(left(), QStringList());
         target.Execute("INSERT INTO SYS_FUS (FUPAR, FUDES, FUFIN) VALUES ('X02', 'X01', '20240305')");
-        const QStringList documents{"X02_DOC_VEN (DTCON): 1"};
+        const QStringList documents{"X02_DOC_VEN (DTCON): 1; quelle di un'azienda fusa in questa restano giuste se da "
+                                    "allora è stata ricaricata"};
         QCOMPARE(left(), documents);
+        target.Execute("UPDATE SYS_AZI SET CDAZI = 'X09' WHERE CDAZI = 'X02'");
+        QCOMPARE(left(), QStringList()); // nobody works there any more
+        target.Execute("UPDATE SYS_AZI SET CDAZI = 'X02' WHERE CDAZI = 'X09'");
         const UndoResult result = Undo(session, History(session), 2);
         QCOMPARE(TextsOf(result.left), documents);
         target.Execute("INSERT INTO X01_CON_TRO (CDCON, USINS) SELECT '000010', USINS FROM X02_DOC_VEN");

@@ -99,6 +99,12 @@ private slots:
         QVERIFY2(refused.errors.contains("--into-merged"), qPrintable(refused.errors));
         const auto preview = m_run.Run(merge + QStringList("--preview"));
         QVERIFY2(preview.exitCode == 0 && preview.output.contains("la prima: 000001 Zeta"), qPrintable(preview.output));
+        // Behind the button a question comes that the answers were not given for.
+        const auto pressed =
+            m_run.Run({"import", "--company", "X02", "--origin", "Kordel NetSuite", "--data", "disegni", "--input",
+                       "X03", "--input", "X01", "--answer", "no", "--answer", "yes"});
+        QCOMPARE(pressed.exitCode, 1);
+        QVERIFY2(pressed.errors.contains("merge --into-merged"), qPrintable(pressed.errors + pressed.output));
         QCOMPARE(m_run.Run(merge + QStringList{"--yes", "--into-merged"}).exitCode, 0);
     }
 };

@@ -53,12 +53,17 @@ private slots:
         Row("half answered", QStringList{"--script", "1", "--yes", "--answer", "yes"}, "database del software CAM");
         Row("an answer behind a no", QStringList{"--script", "1", "--yes", "--answer", "no", "--answer", "yes"},
             "Risposte --answer in più: 2");
-        Row("nothing is asked", QStringList{"--steps", "all", "--yes", "--input", "x"}, "Risposte --input in più: 1");
+        Row("nothing is asked", QStringList{"--steps", "all", "--yes", "--answer", "yes"},
+            "Risposte --answer in più: 1");
+        Row("texts of a hand go along", QStringList{"--steps", "deletebefore"},
+            "Vanno anche testi in lingua scritti a mano, che nessuna importazione riporta: 1 (SYS_LNG: 1): ripetere");
     }
     void refusals() {
         QFETCH(QStringList, arguments);
         QFETCH(QString, told);
+        m_run.Value("INSERT INTO SYS_LNG (LNTBL, LNKEY, USINS) VALUES ('X01_ART_ICO', 'A', 'MARIO')");
         const auto ended = Sequence(arguments);
+        m_run.Value("DELETE FROM SYS_LNG");
         QCOMPARE(ended.exitCode, 2);
         QVERIFY2(ended.errors.contains(told), qPrintable(ended.errors));
         QVERIFY(!QFile::exists(m_run.Folder.filePath("sequence.log")));
@@ -76,6 +81,11 @@ private slots:
     void namesTheCompaniesThatThereAre() {
         const QString settings = m_run.Folder.filePath("Sequence.ini");
         const QByteArray right = ReadFile(settings);
+        m_run.Value("INSERT INTO SYS_AZI (CDAZI, AZRAS) VALUES ('X02', 'Prova Uno')");
+        WriteFile(settings, QByteArray(right).replace("Prova Uno", "prova uno (X01)")); // as lists show it
+        const auto known = Sequence({"--steps", "all"});
+        QVERIFY2(known.errors.contains("ripetere il comando con --yes"), qPrintable(known.errors));
+        m_run.Value("DELETE FROM SYS_AZI WHERE CDAZI = 'X02'");
         WriteFile(settings, QByteArray(right).replace("Prova Uno", "Prova Due"));
         const auto ended = Sequence({"--steps", "all", "--yes"});
         WriteFile(settings, right);
