@@ -46,6 +46,9 @@ private slots:
             "CODICI: articolo 'TE-100', '8001234567890': 1 rimane in Quadrix");
         Row("location of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET Ubicazione = NULL",
             "UBICAZIONI: articolo 'TE-100', 'A-01-3': 1 rimane in Quadrix");
+        Row("location of an article that has none any more", "modImport_VS", "ImportUbicazioniVSP",
+            "DELETE FROM MAGAZZINO_1 WHERE COD_ARTICOLO = 'TE-200'",
+            "UBICAZIONI: articolo 'TE-200', 'A-01': 1 rimane in Quadrix");
         Row("text in another language", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTLIN",
             "TESTI: articolo 'TE-100', lingua 'EN': 1 rimane in Quadrix");
         Row("attribute", "modImport_BMS", "ImportArticoliBMS", "DELETE FROM LGARTCAR",
@@ -110,24 +113,36 @@ private slots:
 
     /// What a run leaves out stays as it was, and is not told as gone.
     void WhatIsLeftOutIsNotGone_data() {
-        Columns<QString, QString, QString, QString>("module", "procedure", "article", "told");
+        Columns<QString, QString, QString, QString>("module", "procedure", "change", "told");
         Row("component of a kind", "modImport_Tessera", "ImportDistinteTessera", "AB-03",
             "NON RISCRITTO: componenti di tabella 'DisBasT', CodArt 'ab-01', Rev '1', 'AB-03'");
         Row("component that a correction would delete", "modImport_VS", "CorreggiDistinteVSP answers=si", "TE-300",
             "ARTICOLO NON TROVATO: tabella 'DISTINTA_BASE', PADRE 'TE-200'");
         Row("row of a document", "modImport_ArcaEvolution", "ImportDocumentiArcaEvolution", "AB-03",
             "NON RISCRITTO: righe di ORDCL 12/2024 di ");
+        Row("row of an order that is delivered", "modImport_VS", "ImportDocVenVSP",
+            "UPDATE R_ORDINI_CLI SET QTA_EVASA = QTA WHERE ANNO = 2024 AND NUM_ORDINE = 7 AND NUM_RIGA = 1",
+            "NON RISCRITTO: righe di ORDCV 7/2024 di ");
+        Row("row of a head that is cancelled", "modImport_NetSuite", "ImportDocumentiNetSuite",
+            "UPDATE ORCR200F SET ATREC = 'A' WHERE AAORD = 2024 AND NRORD = 7 AND NRRIG = 10",
+            "NON RISCRITTO: righe di ");
+        Row("price list", "modImport_Gescom", "ImportListiniGescom", "AB-01", "ARTICOLO NON TROVATO");
+        Row("location", "modImport_VS", "ImportUbicazioniVSP", "TE-200", "ARTICOLO NON TROVATO");
     }
     void WhatIsLeftOutIsNotGone() {
         QFETCH(const QString, module);
         QFETCH(const QString, procedure);
-        QFETCH(const QString, article);
+        QFETCH(const QString, change); // of the source, or the article that goes
         QFETCH(const QString, told);
         Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
         fixture.Run();
         fixture.RunLine(procedure);
         const qsizetype rows = fixture.Content().size();
-        fixture.Target().Execute("UPDATE X01_ART_ICO SET CDART = 'RINOMINATO' WHERE CDART = '" + article + "'");
+        if (change.startsWith("UPDATE")) {
+            fixture.ChangeSource(change);
+        } else {
+            fixture.Target().Execute("UPDATE X01_ART_ICO SET CDART = 'RINOMINATO' WHERE CDART = '" + change + "'");
+        }
         fixture.RunLine(procedure);
         const QString log = QString::fromLatin1(fixture.Target().Log()).section("Inizio", -1);
         QVERIFY2(log.contains(told), qPrintable(log));
@@ -159,6 +174,8 @@ private slots:
         Row("attributes", "modImport_BMS", "ImportArticoliBMS", "X01_ART_ICO", "DELETE FROM LGARTCAR", "attributi");
         Row("bills", "modImport_OSL", "ImportDistinteOSL", "X01_DIS_BAS", "DELETE FROM DISTINTA WHERE PADRE = 'te-100'",
             "distinte");
+        Row("locations", "modImport_VS", "ImportUbicazioniVSP", "X01_UBI_ART",
+            "DELETE FROM MAGAZZINO_1 WHERE COD_ARTICOLO = 'TE-200'", "ubicazioni");
         Row("prices", "modImport_Gescom", "ImportListiniGescom", "X01_LIS_TES",
             "DELETE FROM LISTINI WHERE CDLISTIN = 'L1' AND DILISTIN LIKE '2025%'", "prezzi");
     }

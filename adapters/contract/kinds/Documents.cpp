@@ -121,7 +121,8 @@ private:
     RowOutcome WriteRow(const Place& place, const SourceRow& row);
     RowOutcome WriteDocument(Place place);
     std::optional<RowOutcome> WriteRows(const Place& place);
-    RowOutcome LeaveOut(const QString& rule);
+    RowOutcome LeaveOut(const Place& place, const SourceRow& row, const QString& rule);
+    void NoteLeftOut(const SourceRow& head, const DocumentKind& kind, const SourceRow& row);
     void EndDocument(const Place& place);
     void Enter(const Place& place);
     OpenDocument::Head HeadOf(const Place& place);
@@ -205,6 +206,7 @@ RowOutcome DocumentImporter::Row(const SourceRow& row) {
     m_checks.Require(row, day);
     if (Declared().reading != Reading::HeadThenRows) {
         if (const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString(); !rule.isEmpty()) {
+            NoteLeftOut(row, *kind, row);
             return Run().Skip(rule);
         }
         return WriteRow(PlaceOf(row, *kind), row);
@@ -245,17 +247,28 @@ std::optional<RowOutcome> DocumentImporter::WriteRows(const Place& place) {
     std::optional<RowOutcome> outcome;
     Declared().rows.ForEach(GetSession(), place.head, [&](const SourceRow& row) {
         const QString rule = Declared().leavesOut ? Declared().leavesOut(row) : QString();
-        const RowOutcome one = rule.isEmpty() ? WriteRow(place, row) : LeaveOut(rule);
+        const RowOutcome one = rule.isEmpty() ? WriteRow(place, row) : LeaveOut(place, row, rule);
         outcome = outcome && *outcome != RowOutcome::Skipped ? outcome : one;
     });
     return outcome;
 }
 
 /// Heads are what the result counts: rows of them that are left out are told apart.
-RowOutcome DocumentImporter::LeaveOut(const QString& rule) {
+RowOutcome DocumentImporter::LeaveOut(const Place& place, const SourceRow& row, const QString& rule) {
+    NoteLeftOut(place.head, place.kind, row);
     Run().Restores(m_leftOut);
     ++m_leftOut[rule];
     return Run().Skip(rule);
+}
+
+/// Has the document know a row that the source has of it. What is wrong with the row is not told: it is not written.
+void DocumentImporter::NoteLeftOut(const SourceRow& head, const DocumentKind& kind, const SourceRow& row) {
+    try {
+        const Place place = PlaceOf(head, kind);
+        place.family.documents.LeaveOut(place.key, Declared().row.number.WholeNumber(GetSession(), row));
+    } catch (const ImportError&) {
+        return;
+    }
 }
 
 /// Ends the document of a head that is one of its own, rather than one of several that make it up.
@@ -460,22 +473,7 @@ std::vector<AnswerNeed> AsksOf(const Documents& declared) {
     return asks;
 }
 
-const Frame UsualDocuments{.module = {},
-                           .procedure = {},
-                           .announcement = "Inizio importazione Documenti",
-                           .errors = "Errore: ",
-                           .step = "Documenti",
-                           .completion = "Documenti importati correttamente: %1"};
-
 } // namespace
-
-std::vector<Field> DiscountFields(const QString& column) {
-    return {{column, rules::Discount(1)}, {column, rules::Discount(2)}, {column, rules::Discount(3)}};
-}
-
-QString EveryRow(const ovConnection& /*source*/, const QDate& /*from*/) { return {}; }
-
-Frame FrameOf(const Documents& declared) { return Over(declared.frame, UsualDocuments); }
 
 ImportPart PartOf(const Documents& declared) {
     const auto kind = std::make_shared<const DocumentsKind>(declared);

@@ -107,6 +107,9 @@ bool RunInTurn(ImportRun& run, const std::vector<PartOfRun>& parts, const QStrin
         for (size_t i = 0; isWhole && i < parts.size(); ++i) {
             isWhole = RunPart(run, parts[i], singleCode, begun);
         }
+        for (size_t i = 0; isWhole && i < parts.size(); ++i) {
+            parts[i].importer->EndParts();
+        }
     } catch (...) {
         LeaveUnread(run, parts, begun, singleCode);
         throw;

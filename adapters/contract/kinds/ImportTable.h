@@ -50,6 +50,8 @@ public:
     /// Called behind the last row of a run that nobody interrupted.
     /// @return whether the completion message is shown
     virtual bool End() { return true; }
+    /// Called behind the last part of a run that nobody interrupted.
+    virtual void EndParts() {}
     /// The message at the end. @param text as the declaration has it
     virtual QString Completion(const QString& text) const { return text; }
 

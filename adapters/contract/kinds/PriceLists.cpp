@@ -145,6 +145,7 @@ RowOutcome PriceImporter::Row(const SourceRow& row) {
     }
     const QString article = m_kind->declared.article.Text(GetSession(), row);
     if (!IsImported(Run(), article)) {
+        m_writer.LeaveOut(article);
         return Run().Skip(ArticleMissing);
     }
     std::optional<RowOutcome> outcome;
@@ -212,7 +213,6 @@ void PriceImporter::GiveList(const QString& owner, const QString& direction) con
     target.Update("WHERE CDCON = " + Run().Quoted(owner));
 }
 
-std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRow& row,
 /// Whether a scale has neither a price nor a discount on the one that the article has.
 bool SaysNothing(const Scale& scale) {
     return scale.price.isNull() && std::ranges::all_of(scale.discounts, [](const QVariant& discount) {
@@ -220,6 +220,7 @@ bool SaysNothing(const Scale& scale) {
            });
 }
 
+std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRow& row,
                                                                   const ScaleFields& fields) const {
     Session& session = GetSession();
     if (fields.price.IsLeftOut(session, row)) {
@@ -231,7 +232,6 @@ bool SaysNothing(const Scale& scale) {
     for (const Field& discount : fields.discounts) {
         scale.discounts.push_back(discount.NumberOrNull(session, row));
     }
-    return PriceOfRange{scale, isFrom};
     if (const auto limit = mod_ovTools::ReadNumber(scale.quantity); limit && *limit < 0) {
         throw ImportError(QStringLiteral("colonna '%1': una quantità di %2 non è di nessun prezzo")
                               .arg(quantity.Columns().join(QStringLiteral("', '")), mod_ovTools::NumberText(*limit)));
@@ -241,15 +241,16 @@ bool SaysNothing(const Scale& scale) {
                       .arg(Run().RowKey(), fields.price.Columns().join(QStringLiteral("', '"))));
         return std::nullopt;
     }
+    return PriceOfRange{scale, isFrom};
 }
 
 QString PriceImporter::DirectionOf(const SourceRow& row, const PriceFields& price) const {
     using namespace schema::defaults;
     const QString direction = price.direction.Text(GetSession(), row).toUpper();
-    if (direction != SalesList && direction != PurchaseList) {
     if (direction.isEmpty()) {
         m_kind->declared.source.CheckPartner(row, price.direction.Columns());
     }
+    if (direction != SalesList && direction != PurchaseList) {
         throw ImportError(QStringLiteral("colonna '%1': '%2' non è V (vendite) né A (acquisti)")
                               .arg(price.direction.Columns().join(QStringLiteral("', '")), direction));
     }

@@ -2,9 +2,9 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/ImportingModules.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "adapters/contract/write/Warehouses.h"
-#include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
 #include <QSet>
@@ -54,7 +54,8 @@ class LocationImporter final : public Importer {
 public:
     LocationImporter(ImportRun& run, Locations declared)
         : Importer(run),
-          m_declared(std::move(declared)) {}
+          m_declared(std::move(declared)),
+          m_modules(run, QStringLiteral("UBI_ART")) {}
 
     RowOutcome Row(const SourceRow& row) override;
     bool End() override;
@@ -71,10 +72,13 @@ private:
         return qHash(mod_ovTools::UpperChars(article + QChar(u'\x1f') + location));
     }
     std::vector<Place> ChangedPlaces() const;
+    bool IsAlone() const;
 
     Locations m_declared;
+    ImportingModules m_modules;
     QSet<size_t> m_articles; ///< of the run, in digests
-    QSet<size_t> m_shown;    ///< the same with each of their locations
+    QSet<size_t> m_leftOut;  ///< those that are not there
+    QSet<size_t> m_shown;    ///< with each of their locations
 };
 
 RowOutcome LocationImporter::Row(const SourceRow& row) {
@@ -85,15 +89,17 @@ RowOutcome LocationImporter::Row(const SourceRow& row) {
         return Run().Skip(QStringLiteral("riga senza ubicazione"));
     }
     if (!IsImported(Run(), article)) {
+        Run().Remember(m_leftOut, DigestOf(article));
         return Run().Skip(ArticleMissing);
     }
+    m_modules.Keep();
     Run().Remember(m_articles, DigestOf(article));
     Run().Remember(m_shown, DigestOf(article, location));
     return ArticleWriter(Run()).Location(article, location, m_declared.description.Text(session, row));
 }
 
-/// The locations that imports have given the articles of the run: default ones that it has not shown, and those that it
-/// has shown and an import has put aside.
+/// The locations that imports have given to articles: default ones that the run has not shown, and those that it has
+/// shown and an import has put aside.
 std::vector<LocationImporter::Place> LocationImporter::ChangedPlaces() const {
     std::vector<Place> changed;
     Recordset rows = GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, CDART, CDUBI, UADEF, USMDF FROM " +
@@ -104,26 +110,36 @@ std::vector<LocationImporter::Place> LocationImporter::ChangedPlaces() const {
                           m_shown.contains(DigestOf(row.Text("CDART"), row.Text("CDUBI")))};
         const bool isDefault = mod_ovTools::ToBoolean(row.Value("UADEF"));
         const bool isPutAside = !isDefault && IsImportUser(row.Text("USMDF"));
-        if (place.isShown ? isPutAside : isDefault && m_articles.contains(DigestOf(place.article))) {
+        if (place.isShown ? isPutAside : isDefault && !m_leftOut.contains(DigestOf(place.article))) {
             changed.push_back(place);
         }
     }
     return changed;
 }
 
+/// Whether no other module gives locations, with its articles or by themselves.
+bool LocationImporter::IsAlone() const {
+    const QString locations = QStringLiteral("ubicazioni");
+    return m_modules.IsAlone(locations) && ImportingModules(Run(), QStringLiteral("ART_ICO")).IsAlone(locations);
+}
+
 /// An article has the locations that the source shows of it; what else imports have given it is none of its default
-/// ones, unless a row that was given up may have shown it.
+/// ones, unless a row that was given up may have shown it. One of which the source shows none keeps what it has.
 bool LocationImporter::End() {
     if (Run().IsPart()) {
         return true;
     }
-    for (const Place& place : ChangedPlaces()) {
-        if (place.isShown || !Run().HasGivenUp()) {
+    const std::vector<Place> changed = ChangedPlaces();
+    const bool tellsGone =
+        std::any_of(changed.begin(), changed.end(), [](const Place& place) { return !place.isShown; }) && IsAlone();
+    for (const Place& place : changed) {
+        const bool isPutAside = tellsGone && !Run().HasGivenUp() && m_articles.contains(DigestOf(place.article));
+        if (place.isShown || isPutAside) {
             TargetRow row(Run(), "UBI_ART");
             row.Set("UADEF", place.isShown);
             row.Update(QStringLiteral("WHERE RECORD_ID = ") + place.id);
         }
-        if (!place.isShown) {
+        if (!place.isShown && tellsGone) {
             TellNotMetAgain(Run(), QStringLiteral("UBICAZIONI"),
                             QStringLiteral("articolo '%1', '%2'").arg(place.article, place.location), 1);
         }

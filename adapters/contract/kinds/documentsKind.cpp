@@ -173,4 +173,17 @@ const DocumentKind* DocumentsKind::KindOf(const QString& mark) const {
     return found == kinds.end() ? nullptr : &*found;
 }
 
+Frame FrameOf(const Documents& declared) {
+    return Over(declared.frame, {.announcement = "Inizio importazione Documenti",
+                                 .errors = "Errore: ",
+                                 .step = "Documenti",
+                                 .completion = "Documenti importati correttamente: %1"});
+}
+
+std::vector<Field> DiscountFields(const QString& column) {
+    return {{column, rules::Discount(1)}, {column, rules::Discount(2)}, {column, rules::Discount(3)}};
+}
+
+QString EveryRow(const ovConnection& /*source*/, const QDate& /*from*/) { return {}; }
+
 } // namespace contract

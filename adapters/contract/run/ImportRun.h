@@ -6,6 +6,10 @@
 #include "core/modImport.h"
 #include "core/Schema.h"
 
+#include <map>
+#include <memory>
+#include <typeindex>
+
 namespace contract {
 
 /// Raised where the operator gives a question or a run up, past everything that reports errors.
@@ -161,6 +165,16 @@ public:
         }
     }
 
+    /// What the parts of a procedure share, made when it is first asked for.
+    template<class Thing>
+    std::shared_ptr<Thing> Shared() {
+        std::shared_ptr<void>& thing = m_shared[std::type_index(typeid(Thing))];
+        if (!thing) {
+            thing = std::make_shared<Thing>();
+        }
+        return std::static_pointer_cast<Thing>(thing);
+    }
+
     /// Rows of a table (bare name) that the run has written so far, without those taken back.
     qint64 WrittenRows(const QString& table) const { return m_account.Written(table); }
     /// RECORD_ID of the row that the run has inserted last into a table (bare name), as the insert gave it; 0 when it
@@ -224,7 +238,8 @@ private:
     QHash<std::pair<const schema::Table*, QByteArray>, RowShape> m_shapes; ///< by table and fields
     QHash<QString, bool> m_answers;                                        ///< by question
     QHash<QString, QString> m_texts;                                       ///< by prompt
-    double m_start;                                                        ///< seconds on the operator's clock
+    std::map<std::type_index, std::shared_ptr<void>> m_shared;
+    double m_start; ///< seconds on the operator's clock
 };
 
 } // namespace contract

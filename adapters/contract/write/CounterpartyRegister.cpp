@@ -119,7 +119,8 @@ CounterpartyRegister::CounterpartyRegister(ImportRun& run, TakenCode usual)
     : m_run(run),
       m_usual(usual),
       m_setting(ReadTakenCode(run.GetSession())),
-      m_joined(run) {}
+      m_joined(run),
+      m_cancelled(run.Shared<Cancelled>()) {}
 
 CounterpartyRegister::Party CounterpartyRegister::PartyOf(const SourceRow& row) {
     const QString changedBy = row.Text("USMDF");

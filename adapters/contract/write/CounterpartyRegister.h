@@ -94,8 +94,9 @@ public:
     void TellMerge(const SourceIdentity& source, const QString& code) const;
     /// A source row that is left out because it is cancelled; `TellCancelled` follows behind the last one.
     void NoteCancelled(const Roles& roles, const QString& code);
-    /// Behind the last source row: tells the rows of earlier imports that are cancelled now, while their counterparty
-    /// is not and no row of the run has it in use.
+    /// Behind the last source row of the run: tells the rows of earlier imports that are cancelled now, while their
+    /// counterparty is not and no row of the run, of whichever part, has it in use. A run of some rows alone does not
+    /// know that of one that is several rows.
     void TellCancelled();
     /// CDCON of the counterparty that an earlier import made from the same code: by COCGE for a customer, by COFGE for
     /// a supplier, and by the codes that stand beside them. Where name and numbers are all others it is another
@@ -149,6 +150,11 @@ private:
         bool cancelled = true;
         bool isByHand = false;
     };
+    /// Who is cancelled in the source, and who is not, whichever part of the run has it.
+    struct Cancelled {
+        QSet<QString> inUse;                           ///< CDCON of which a row of the run is not cancelled
+        std::vector<std::pair<QString, QString>> rows; ///< CDCON that is not, and the row that is
+    };
     /// Who has a source code in the column of a role.
     struct HeldCode {
         QString code;
@@ -188,8 +194,7 @@ private:
     QSet<QString> m_joinedNow;              ///< roles and codes that the run has given to counterparties
     QSet<QString> m_discounted;             ///< roles and CDCON to which rows of the run have given discounts
     QHash<QString, MetMarks> m_metMarks;    ///< by CDCON, of the rows of the run so far
-    QSet<QString> m_inUse;                  ///< CDCON of which a row of the run is not cancelled
-    std::vector<std::pair<QString, QString>> m_cancelled; ///< CDCON that is not, and the row that is
+    std::shared_ptr<Cancelled> m_cancelled;
 };
 
 } // namespace contract

@@ -220,7 +220,9 @@ void CounterpartyRegister::NoteCancelled(const Roles& roles, const QString& code
 }
 
 void CounterpartyRegister::NoteCancelled(const Party& party) {
-    if (!party.isCancelled) {
+    const bool isOfSeveral = (!party.customer.isEmpty() && !party.supplier.isEmpty()) ||
+                             m_joined.HasAny(true, party.code) || m_joined.HasAny(false, party.code);
+    if (!party.isCancelled && !(m_run.IsPart() && isOfSeveral)) {
         m_cancelled->rows.emplace_back(party.code, m_run.RowKey());
         m_run.WhenTakenBack([this] { m_cancelled->rows.pop_back(); });
     }

@@ -62,13 +62,10 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     const Head first = begins ? head() : Head();
     const qint64 known = begins ? Find(first) : 0;
     const DocumentRow values = row();
-    if (m_leftOut.key != key) {
-        m_leftOut = {key};
-    }
     if (m_options.checkArticles && !values.article.isEmpty() &&
         !IsThere(m_run.GetSession(), "ART_ICO", "CDART", values.article)) {
         m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), values.article));
-        m_leftOut.numbers.insert(values.number);
+        LeaveOut(key, values.number);
         return m_run.Skip(ArticleMissing);
     }
     State state = begins ? Write(key, first, known) : *m_state;
@@ -76,6 +73,13 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     m_run.Restores(m_state);
     m_state = state;
     return outcome;
+}
+
+void OpenDocument::LeaveOut(const QString& key, int number) {
+    if (m_leftOut.key != key) {
+        m_leftOut = {key};
+    }
+    m_leftOut.numbers.insert(number);
 }
 
 /// A row of that number which somebody has entered counts too: of imports there is none left.

@@ -44,6 +44,8 @@ public:
     /// @param row asked after it @param more sets further columns @param id gets the RECORD_ID of the row; may be null
     RowOutcome Row(const QString& key, const std::function<Head()>& head, const std::function<DocumentRow()>& row,
                    const More& more = {}, qint64* id = nullptr);
+    /// A row that the source has of a document and that is not written.
+    void LeaveOut(const QString& key, int number);
     /// Whether the document of that key is under way.
     bool Has(const QString& key) const { return m_state && m_state->key == key; }
     /// The head of the document under way, which must be there.
@@ -84,7 +86,7 @@ private:
     Options m_options;
     DocumentWriter m_writer;
     std::optional<State> m_state;
-    LeftOut m_leftOut;    ///< of the document whose row came last; its head may not be written yet
+    LeftOut m_leftOut;    ///< of the document that has lost a row last; its head may not be written yet
     QSet<qint64> m_ended; ///< heads of the documents that have ended, or been left out
     int m_count = 0;
 };

@@ -130,9 +130,10 @@ ListHead PriceListWriter::KnownHead(const QString& list, const QString& directio
     if (isRenamed) {
         row.Set("LTDES", description);
         if (isHands) {
-            m_run.Log(QStringLiteral("LISTINO RINOMINATO: %1: il listino '%2', inserito a mano, ora si chiama '%3', prima "
-                                     "'%4'")
-                          .arg(m_run.RowKey(), list, description, name));
+            m_run.Log(
+                QStringLiteral("LISTINO RINOMINATO: %1: il listino '%2', inserito a mano, ora si chiama '%3', prima "
+                               "'%4'")
+                    .arg(m_run.RowKey(), list, description, name));
         }
     }
     const bool isOtherMoney = !currency.isEmpty() && currency != money;
@@ -411,13 +412,15 @@ void PriceListWriter::TellRowsLeft(qint64 list, const QString& code) const {
     const Session& session = m_run.GetSession();
     const QDate today = session.UserManager.DataElaborazione;
     Recordset rows =
-        m_run.GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, LAFIV FROM " + m_run.FullName("LIS_ART") + u" WHERE " +
-                                             Equals("IDTES", list) + u" AND " + OfImports(session));
+        m_run.GetSession().Quadrix.ExecuteWC(u"SELECT RECORD_ID, CDART, LAFIV FROM " + m_run.FullName("LIS_ART") +
+                                             u" WHERE " + Equals("IDTES", list) + u" AND " + OfImports(session));
     qint64 left = 0;
     for (; !rows.Eof(); rows.MoveNext()) {
         const auto end = mod_ovTools::ReadDate(rows.Value("LAFIV"));
         const bool holds = !end || end->date() >= today;
-        left += holds && !m_rows.contains(rows.Value("RECORD_ID").toLongLong()) ? 1 : 0;
+        const bool isMet = m_rows.contains(rows.Value("RECORD_ID").toLongLong()) ||
+                           m_leftOut.contains(mod_ovTools::UpperChars(rows.Value("CDART").toString()));
+        left += holds && !isMet ? 1 : 0;
     }
     TellNotMetAgain(m_run, QStringLiteral("PREZZI"), QStringLiteral("listino '%1'").arg(code), left);
 }

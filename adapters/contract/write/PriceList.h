@@ -3,6 +3,7 @@
 #include "adapters/contract/run/Emptying.h"
 #include "adapters/contract/write/ImportedLists.h"
 #include "adapters/contract/write/ImportingModules.h"
+#include "sql/mod_ovTools.h"
 
 #include <QSet>
 
@@ -75,6 +76,9 @@ public:
     /// together: `EndSteps` follows behind the last of them, and one that comes after it raises `ImportError`. The
     /// lowest one holds for less than its quantity too, as Quadrix knows no lower limit, which is logged.
     RowOutcome AddScaleFrom(qint64 articleRow, const Scale& scale);
+    /// A row of the source whose article is not there is left out: what is in the lists of that article is not told as
+    /// gone.
+    void LeaveOut(const QString& article) { m_run.Remember(m_leftOut, mod_ovTools::UpperChars(article)); }
     /// Deletes the prices that an earlier import wrote from quantities on which the source has no more, and logs them:
     /// they would go on holding beside the others.
     void EndSteps();
@@ -145,6 +149,7 @@ private:
     std::map<qint64, Steps> m_steps;            ///< by article's row, of the rows that belong together
     QSet<qint64> m_done;                        ///< article's rows whose steps are written
     QSet<qint64> m_rows;                        ///< article's rows that this import has met
+    QSet<QString> m_leftOut;                    ///< articles, in capitals
     QSet<qint64> m_scaled;                      ///< those of them whose scales of before are known
     std::map<qint64, std::vector<Step>> m_left; ///< by article's row: its scales of before that have not come
     QSet<qint64> m_noted;                       ///< article's rows of which a row of the source has told a note

@@ -67,7 +67,8 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
     return known != 0 ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
-QString FreeFormatCode(ImportRun& run, const SheetFormat& format) {
+QString FreeFormatCode(ImportRun& run, const SheetFormat& format,
+                       const std::function<bool(const QString& external)>& isInSource) {
     QHash<QString, QString> taken; // code in the source by CDFMT
     Recordset rows = run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT CDFMT, LMEXT FROM ") +
                                                         run.FullName(FormatTable) + QStringLiteral(" WHERE ") +
@@ -83,11 +84,18 @@ QString FreeFormatCode(ImportRun& run, const SheetFormat& format) {
             taken.insert(code.toUpper(), external);
         }
     }
+    const auto isTaken = [&](const QString& code) {
+        const QString external = taken.value(code.toUpper());
+        return !external.isEmpty() && isInSource(external);
+    };
     QString free = format.code;
-    for (int number = 2; taken.contains(free.toUpper()); ++number) {
+    for (int number = 2; isTaken(free); ++number) {
         free = QStringLiteral("%1-%2").arg(format.code).arg(number);
     }
-    if (free != format.code) {
+    if (const QString before = taken.value(free.toUpper()); !before.isEmpty()) {
+        run.Log(QStringLiteral("FORMATO RINOMINATO: %1: il formato '%2' di '%3' era di '%4', che l'origine non ha più")
+                    .arg(run.RowKey(), free, format.article, before));
+    } else if (free != format.code) {
         run.Log(QStringLiteral("FORMATO RINUMERATO: %1: il formato '%2' di '%3' è di '%4': scritto come '%5'")
                     .arg(run.RowKey(), format.code, format.article, taken.value(format.code.toUpper()), free));
     }

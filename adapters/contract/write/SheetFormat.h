@@ -2,6 +2,8 @@
 
 #include "adapters/contract/run/ImportRun.h"
 
+#include <functional>
+
 namespace contract {
 
 /// What the writer below writes.
@@ -29,8 +31,11 @@ RowOutcome WriteSheetFormat(ImportRun& run, const SheetFormat& format, qint64* i
 
 /// The code for a format of a sheet article that another format of the article, of another code of the source, may
 /// have: the one that it has already, else the format's own, else that with the next free number behind it, which is
-/// logged.
-QString FreeFormatCode(ImportRun& run, const SheetFormat& format);
+/// logged. A format whose code the source has no more has been given another one there: it is rewritten, and that is
+/// logged too.
+/// @param isInSource whether the source has a code, of the same sheet
+QString FreeFormatCode(ImportRun& run, const SheetFormat& format,
+                       const std::function<bool(const QString& external)>& isInSource);
 
 /// What a sheet article is searched by (ARCDR), as every article: its code and description, at most 100 characters.
 QString SearchText(const QString& code, const QString& description);

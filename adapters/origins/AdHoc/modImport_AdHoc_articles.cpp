@@ -300,7 +300,10 @@ RowOutcome SheetImporter::WriteFormat(const SourceRow& row, const QString& artic
                        .weight = NumberOf(row, "ARPESLOR"),
                        .description = row.Text("ARDESART"),
                        .external = row.Text("ARCODART")};
-    format.code = FreeFormatCode(Run(), format);
+    format.code = FreeFormatCode(Run(), format, [this](const QString& code) {
+        ovConnection& source = GetSession().SourceConnection();
+        return source.ExecuteCommand("SELECT COUNT(*) FROM ART_ICOL\rWHERE ARCODART = " + LiteralOf(source, code)) != 0;
+    });
     return WriteSheetFormat(Run(), format);
 }
 
