@@ -129,6 +129,12 @@ void LogNote(Session& session, const QString& message) {
     WriteImportLog(session, line, false);
 }
 
+void LogNoteOnce(Session& session, const QString& message) {
+    if (session.HeldLines.empty() || session.HeldLines.back().note != VisibleLine(message)) {
+        LogNote(session, message);
+    }
+}
+
 QString FormatKeyField(Session& session, const QString& value) { return InCase(session, KeyFields, value); }
 
 QString FormatTextField(Session& session, const QString& value) { return InCase(session, TextFields, value); }

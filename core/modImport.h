@@ -64,6 +64,8 @@ void Tell(Session& session, std::function<void(RunObserver&)> tale);
 /// Appends what there is to tell about the row under way to the default log, as one line, and notes it for the
 /// result of the run.
 void LogNote(Session& session, const QString& message);
+/// The same, unless it is what the row has told last: of a value that two columns want.
+void LogNoteOnce(Session& session, const QString& message);
 
 /// The value in upper case, character for character, when the configuration key KEYFIELD_CHAR (default "1") is 1, else
 /// as it is. The key is read at each call.

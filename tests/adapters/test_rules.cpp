@@ -1,6 +1,9 @@
+#include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/map/numberedLists.h"
 #include "adapters/contract/map/rules.h"
 #include "adapters/contract/map/wholeNumbers.h"
+#include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/TargetRow.h"
 #include "sql/mod_ovTools.h"
 #include "tests/support/errorOf.h"
 #include "tests/support/QuadrixTest.h"
@@ -111,6 +114,33 @@ private slots:
         for (const double number : {2147483648.0, -1e300, std::numeric_limits<double>::quiet_NaN()}) {
             QVERIFY(ErrorOf<ImportError>([number] { WholePartOf(number); }).has_value());
         }
+    }
+
+    /// Who mends a row sees at once all that is wrong with it, each thing once.
+    void tellsEveryFault_data() {
+        Columns<QString, QString>("columns", "told");
+        Row("one", "'x' SC, 'MI' PR, '' N1, '' N2, '' N3", "colonna 'SC': 'x' non è un numero");
+        Row("several", "'x' SC, 'MILANO' PR, '' N1, '' N2, '7y' N3",
+            "colonna 'SC': 'x' non è un numero; colonna 'PR': 'MILANO' ha 6 caratteri, CON_TRO.COPRO ne tiene 5; "
+            "colonna 'N3': '7y' non è un numero");
+    }
+    void tellsEveryFault() {
+        QFETCH(const QString, columns);
+        ImportRun run(m_target->Get(), "modImport_Prova", "ImportProva", "X");
+        const Mapping mapping{"CON_TRO",
+                              "CLIENTI",
+                              {{"COSC1", "SC", RoundedTo(2)},
+                               {"COSF1", "SC, N1", RoundedTo(2)},
+                               {"COPRO", "PR", Text()},
+                               {"COSC2", "N1", RoundedTo(2)},
+                               {"COSC3", "N2", RoundedTo(2)},
+                               {"COSF2", "N3", RoundedTo(2)}}};
+        const auto fault = [&](const QString& row) {
+            const Recordset rows = m_target->Db().ExecuteWC("SELECT " + row);
+            TargetRow party(run, "CON_TRO");
+            return ErrorOf<ImportError>([&] { mapping.Apply(party, m_target->Get(), SourceRow(rows), {}); })->Message();
+        };
+        QTEST(fault(columns), "told");
     }
 
     /// Of a number of which only the beginning counts, the rest does not get lost silently.

@@ -10,32 +10,37 @@ namespace {
 /// What is wrong with a row, told in one: who mends it sees all of it.
 class Faults {
 public:
-    /// Takes a fault; raises those so far where nobody would read more, and by itself what the operator has seen or a
-    /// failed look-up has made.
+    /// Takes a fault, unless another line that reads the column too has told it; raises those so far where nobody would
+    /// read more, and by itself what the operator has seen or a failed look-up has made.
     void Take(ImportError fault, const MapLine& line) {
+        const bool isTold = std::any_of(m_told.begin(), m_told.end(), [&](const auto& told) {
+            return (told.first.endsWith(fault.Message()) || fault.Message().endsWith(told.first)) &&
+                   std::any_of(line.sources.begin(), line.sources.end(),
+                               [&told](const QString& source) { return told.second.contains(source); });
+        });
+        m_told.emplace_back(fault.Message(), line.sources);
         if (!line.sources.isEmpty()) {
             fault.AddContext(QStringLiteral("colonna '%1'").arg(line.sources.join(QStringLiteral("', '"))));
         }
         if (fault.WasShown() || fault.IsOfLookUp()) {
             throw ImportError(fault);
         }
-        if (!m_told.contains(fault.Message())) {
-            m_told.append(fault.Message());
-        }
-        if (m_told.size() == Most) {
+        m_faults += isTold ? QStringList() : QStringList(fault.Message());
+        if (m_faults.size() == Most) {
             Raise();
         }
     }
     void Raise() const {
-        if (!m_told.isEmpty()) {
-            throw ImportError(m_told.join(QStringLiteral("; ")));
+        if (!m_faults.isEmpty()) {
+            throw ImportError(m_faults.join(QStringLiteral("; ")));
         }
     }
 
 private:
     static constexpr qsizetype Most = 5;
 
-    QStringList m_told;
+    QStringList m_faults;
+    std::vector<std::pair<QString, QStringList>> m_told; ///< what each said, with the columns of its line
 };
 
 void ApplyLines(const std::vector<MapLine>& lines, TargetRow& target, Session& session, const SourceRow& row,
@@ -67,7 +72,12 @@ MapLine::MapLine(MapLine&&) noexcept = default;
 MapLine& MapLine::operator=(const MapLine&) = default;
 MapLine& MapLine::operator=(MapLine&&) noexcept = default;
 
-bool MapLine::IsLacking(const std::function<bool(const QString& column)>& isMissing) const {
+bool MapLine::IsLacking(const QString& table, const IsMissing& isMissing) const {
+    const auto isGone = [&](const QString& column) { return isMissing(table, column); };
+    const auto isAllGone = [&isMissing](const TableNeed& need) {
+        return std::all_of(need.columns.begin(), need.columns.end(),
+                           [&](const QString& column) { return isMissing(need.table, column); });
+    };
     const QStringList needed = sources.first(std::min<qsizetype>(rule.vital, sources.size()));
     return !sources.isEmpty() && (std::all_of(sources.begin(), sources.end(), isMissing) ||
                                   std::any_of(needed.begin(), needed.end(), isMissing));
@@ -78,7 +88,7 @@ bool MapLine::IsLackingIn(const SourceRow& row) const {
 }
 
 RuleValue MapLine::ValueOf(Session& session, const SourceRow& row, const Facts& facts) const {
-    return IsLackingIn(row) && !rule.hasDefault ? RuleValue() : rule.apply({session, row, sources, facts});
+    return IsLackingIn(session, row) && !rule.hasDefault ? RuleValue() : rule.apply({session, row, sources, facts});
 }
 
 void Mapping::Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const {

@@ -183,9 +183,8 @@ QString ArticleCodeOf(Session& session, const QString& table, const QString& fie
         return modImport::FormatKeyField(session, known);
     }
     if (code.size() > size) {
-        modImport::LogNote(
-            session,
-            QStringLiteral("CODICE ARTICOLO RIDOTTO: '%1' tagliato a %2 caratteri").arg(code, QString::number(size)));
+        modImport::LogNote(session, QStringLiteral("CODICE ARTICOLO RIDOTTO: %1: '%2' tagliato a %3 caratteri")
+                                        .arg(session.Errors.RowKey(), code, QString::number(size)));
     }
     return modImport::FormatKeyField(session, FirstOf(code, size));
 }

@@ -123,8 +123,8 @@ Rule Via(const QString& table, const QString& idColumn, const QString& column, c
         const Recordset rows = source.ExecuteWC(QStringLiteral("SELECT %1 FROM %2 WHERE %3 = %4")
                                                     .arg(column, table, idColumn, LiteralOf(source, input.Value())));
         if (rows.Eof()) {
-            modImport::LogNote(input.session, QStringLiteral("RIFERIMENTO NON TROVATO: %1: '%2' non è in %3.%4")
-                                                  .arg(input.session.Errors.RowKey(), id, table, idColumn));
+            modImport::LogNoteOnce(input.session, QStringLiteral("RIFERIMENTO NON TROVATO: %1: '%2' non è in %3.%4")
+                                                      .arg(input.session.Errors.RowKey(), id, table, idColumn));
             return QString();
         }
         return SourceRow(rows).Text(column);

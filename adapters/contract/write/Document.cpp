@@ -161,8 +161,8 @@ const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhe
         m_run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + m_run.FullName("CAU_DOC") +
                                              QStringLiteral(" WHERE ") + Equals(m_run.GetSession(), "CDCAD", code));
     if (!StepToCode(rows, "CDCAD", code)) {
-        m_run.Log(QStringLiteral("CAUSALE NON TROVATA: '%1' manca in CAU_DOC, si usa il tipo '%2'")
-                      .arg(code, typeWhenMissing));
+        m_run.Log(QStringLiteral("CAUSALE NON TROVATA: %1: '%2' manca in CAU_DOC, si usa il tipo '%3'")
+                      .arg(m_run.RowKey(), code, typeWhenMissing));
     } else {
         cause = {code,
                  TextOf(rows, "CDCAT"),
@@ -172,6 +172,7 @@ const Cause& DocumentWriter::CauseOf(const QString& code, const QString& typeWhe
                  TextOf(rows, "CDTIP"),
                  TextOf(rows, "CDSER")};
     }
+    m_run.RestoresEntry(m_causes, code);
     return *m_causes.insert(code, cause);
 }
 
