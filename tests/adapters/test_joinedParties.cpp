@@ -133,6 +133,7 @@ private slots:
         Row("the second has zeros", QStringList{"C1 5 3", "C2 0 0"}, "5|3|NULL", "0|0|NULL");
         Row("the first has none", QStringList{"C1", "C2 5 3"}, "5|3|NULL", "5|3|NULL");
         Row("the second has others", QStringList{"C1 5 3", "C2 10"}, "10|NULL|NULL", "10|NULL|NULL");
+        Row("none has any", QStringList{"C1 0", "C2", "F1 0"}, "NULL|NULL|0", "NULL|NULL|0");
         Row("two rows of one code", QStringList{"C1 5 3", "C1"}, "5|3|NULL", "NULL|NULL|NULL");
         Row("a supplier who buys too", QStringList{"C1 5 3", "F1 7", "F2"}, "5|3|7", "NULL|NULL|7");
     }

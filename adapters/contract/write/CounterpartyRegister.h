@@ -178,6 +178,7 @@ private:
     void KeepOwner(const SourceIdentity& source, bool customer, const QString& party, bool holds);
     void KeepDisplaced(bool customer, const QString& code, const QString& party);
     bool Clears(const Party& party, bool customer);
+    bool HasDiscounts(const QString& party, const QStringList& columns) const;
     bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
     void NoteCancelled(const Party& party);
     void TellTwice(const QString& code) const;

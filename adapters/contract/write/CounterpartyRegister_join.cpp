@@ -37,6 +37,13 @@ QStringList ListsThatAreThere(Session& session, const QString& party, QStringLis
     return columns;
 }
 
+template<class ValueOf>
+bool IsAnyNotZero(const QStringList& columns, const ValueOf& value) {
+    return std::any_of(columns.begin(), columns.end(), [&value](const QString& column) {
+        return mod_ovTools::ReadNumber(value(column)).value_or(0) != 0;
+    });
+}
+
 } // namespace
 
 const QStringList& DiscountColumns(bool customer) {
@@ -152,15 +159,23 @@ void CounterpartyRegister::KeepDiscounts(TargetRow& target, const Roles& roles, 
                                          const Joining& joining) {
     for (const bool customer : {true, false}) {
         const QStringList& columns = DiscountColumns(customer);
-        const bool gives = std::any_of(columns.begin(), columns.end(), [&target](const QString& column) {
-            return mod_ovTools::ReadNumber(target.Value(column)).value_or(0) != 0;
-        });
-        if (HasRole(roles, customer) && gives) {
+        if (!HasRole(roles, customer)) {
+            continue;
+        }
+        if (IsAnyNotZero(columns, [&target](const QString& column) { return target.Value(column); })) {
             m_run.Remember(m_discounted, InRole(customer, place.code));
-        } else if (HasRole(roles, customer) && place.known && !HasRole(joining.clears, customer)) {
+        } else if (place.known && !HasRole(joining.clears, customer) && HasDiscounts(place.code, columns)) {
             std::for_each(columns.begin(), columns.end(), [&target](const QString& column) { target.Unset(column); });
         }
     }
+}
+
+bool CounterpartyRegister::HasDiscounts(const QString& party, const QStringList& columns) const {
+    Session& session = m_run.GetSession();
+    const Recordset there = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT %1 FROM %2 WHERE ").arg(columns.join(QStringLiteral(", ")), m_run.FullName("CON_TRO")) +
+        Equals(session, "CDCON", party));
+    return !there.Eof() && IsAnyNotZero(columns, [&there](const QString& column) { return there.Value(column); });
 }
 
 void CounterpartyRegister::NoteDiscounts(const Mapping& discounts, const SourceRow& row, const Placement& place,
