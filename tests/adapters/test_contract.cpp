@@ -4,6 +4,7 @@
 #include "tests/support/rows.h"
 
 #include "adapters/contract/map/codesOfRule.h"
+#include "adapters/contract/run/Account.h"
 #include "core/Schema.h"
 
 #include <QDir>
@@ -240,6 +241,10 @@ private slots:
             const QList<qint64> byRule = result.skippedBy.values();
             QCOMPARE(std::accumulate(byRule.begin(), byRule.end(), qint64{0}), result.skipped);
             QVERIFY2(!result.skippedBy.contains({}), qPrintable(result.procedure + " leaves rows out without a rule"));
+            for (const QString& rule : result.skippedBy.keys()) {
+                QVERIFY2(contract::IsWanting(rule) || !rule.contains("non trovat"),
+                         qPrintable(rule + " does not count as wanting"));
+            }
             const QStringList written = result.tables.keys();
             const QSet<QString> undeclared = QSet<QString>(written.begin(), written.end()) -
                                              contract::WrittenTables(ProcedureOf(module, result.procedure).needs);

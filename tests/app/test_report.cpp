@@ -1,3 +1,4 @@
+#include "adapters/contract/run/Account.h"
 #include "adapters/registry.h"
 #include "app/importFlow.h"
 #include "app/report/html.h"
@@ -292,15 +293,15 @@ private slots:
             "articles that are wanting",
             [](Kind& kind) {
                 RunResult& result = kind.steps[0].result;
-                result.sourceRows += 3;
-                result.skipped = 3;
-                result.skippedBy = {{"articolo non trovato", 2}, {"giacenza a zero", 1}};
+                result.sourceRows += 4;
+                result.skipped = 4;
+                result.skippedBy = {{contract::ArticleMissing, 2}, {contract::PartyMissing, 1}, {"giacenza a zero", 1}};
                 for (int note = 0; note < 3; ++note) {
                     result.notes.Add("ARTICOLO NON TROVATO: uno");
                 }
             },
             Light::Yellow,
-            "2 righe dell'origine sono rimaste fuori perché manca ciò che nominano e 1 annotazione dice che manca");
+            "3 righe dell'origine sono rimaste fuori perché manca ciò che nominano e 1 annotazione dice che manca");
         row(
             "rows of a sheet that are not read",
             [](Kind& kind) { kind.steps[0].result.notes.Add("RIGHE OLTRE LA FINE: riga 5"); }, Light::Yellow,

@@ -112,7 +112,7 @@ RowOutcome AttachmentImporter::Row(const SourceRow& row) {
     }
     const QString key = records->key.Text(session, row);
     if (!IsThere(*records, key, row)) {
-        return Run().Skip(records->table == u"ART_ICO" ? ArticleMissing : QStringLiteral("record non trovato"));
+        return Run().Skip(records->table == u"ART_ICO" ? ArticleMissing : RecordMissing);
     }
     const QString path = PathIn(m_folder, PathOf(row));
     const RowOutcome outcome =

@@ -259,7 +259,7 @@ RowOutcome CounterpartyImporter::Refresh(const SourceRow& row, const Roles& role
     const QString code = m_parties.ImportedBefore(identity);
     if (code.isEmpty()) {
         Run().Log(QStringLiteral("CONTROPARTE NON TROVATA: %1").arg(Run().RowKey()));
-        return Run().Skip(QStringLiteral("controparte non importata"));
+        return Run().Skip(PartyMissing);
     }
     CounterpartyWriter writer(Run(), m_kind->declared.created.Value(GetSession(), row));
     if (FillsCodes(Run())) {

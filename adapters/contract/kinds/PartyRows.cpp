@@ -93,7 +93,7 @@ RowOutcome Write(ImportRun& run, const PartyRowsKind& kind, const SourceRow& row
                                                      : kind.supplier;
     const QString code = party.Text(run.GetSession(), row);
     if (code.isEmpty()) {
-        return run.Skip(QStringLiteral("controparte non trovata"));
+        return run.Skip(PartyMissing);
     }
     CounterpartyWriter writer(run, {}, &met);
     const Owner hangsOn{QStringLiteral("CON_TRO"), code, true};

@@ -10,6 +10,12 @@ constexpr qsizetype KeptReasons = 1000; ///< rows given up that the result lists
 
 } // namespace
 
+bool IsWanting(const QString& rule) {
+    const QStringList wanting{ArticleMissing, BillMissing,   CamProductMissing, CustomerMissing, FileMissing,
+                              PartyMissing,   RecordMissing, SheetMissing,      SupplierMissing};
+    return wanting.contains(rule);
+}
+
 void Account::Count(RowOutcome outcome, const QString& rule) {
     switch (outcome) {
     case RowOutcome::Inserted:

@@ -9,9 +9,19 @@ namespace contract {
 /// What became of a source row.
 enum class RowOutcome { Inserted, Updated, Skipped };
 
-/// Whether a rule that leaves rows out, in the operator's words, means that something which they name is not there:
-/// "articolo non trovato". Such rows want something, where the others are meant to be left out.
-inline bool IsWanting(const QString& rule) { return rule.contains(u"non trovat"); }
+/// Why rows are left out that name something which is not there: they want it, where others are meant to be left out.
+inline const QString ArticleMissing = QStringLiteral("articolo non trovato");
+inline const QString BillMissing = QStringLiteral("distinta non trovata");
+inline const QString CamProductMissing = QStringLiteral("prodotto non trovato nel CAM");
+inline const QString CustomerMissing = QStringLiteral("cliente non trovato");
+inline const QString FileMissing = QStringLiteral("file non trovato");
+inline const QString PartyMissing = QStringLiteral("controparte non trovata");
+inline const QString RecordMissing = QStringLiteral("record non trovato");
+inline const QString SheetMissing = QStringLiteral("lamiera non trovata");
+inline const QString SupplierMissing = QStringLiteral("fornitore non trovato");
+
+/// Whether a rule that leaves rows out is one of these.
+bool IsWanting(const QString& rule);
 
 /// The account of a run: every source row in exactly one class, and the rows written for them. What is not committed
 /// yet is counted apart, and forgotten with its row.

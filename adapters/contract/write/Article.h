@@ -11,9 +11,6 @@ std::vector<TableNeed> ArticleNeeds();
 /// What a reset of the articles empties: their tables and the texts of their languages.
 Emptying ArticleEmptying();
 
-/// Why a source row is left out whose article is not there.
-inline const QString ArticleMissing = QStringLiteral("articolo non trovato");
-
 /// Whether an article is there. One that is not is logged.
 /// @param rowName the source row that names it; empty for the row under way
 bool IsImported(ImportRun& run, const QString& article, const QString& rowName = {});

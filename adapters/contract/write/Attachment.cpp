@@ -148,7 +148,7 @@ RowOutcome AttachmentWriter::Write(const AttachedFile& file) {
     const QFileInfo info(file.path);
     if (!info.isFile()) {
         m_run.Log(QStringLiteral("ALLEGATO NON TROVATO: %1: '%2'").arg(m_run.RowKey(), file.path));
-        return SkipFile(file, QStringLiteral("file non trovato"));
+        return SkipFile(file, FileMissing);
     }
     const auto [ofPath, ofName] = Known(file);
     const qint64 known = ofPath != 0 ? ofPath : ofName;
@@ -211,7 +211,7 @@ RowOutcome StoreImage(ImportRun& run, const AttachedFile& file) {
     }
     if (!QFileInfo(file.path).isFile()) {
         run.Log(QStringLiteral("IMMAGINE NON TROVATA: %1: '%2'").arg(run.RowKey(), file.path));
-        return run.Skip(QStringLiteral("file non trovato"));
+        return run.Skip(FileMissing);
     }
     const auto picture = JpegOf(run, file.path);
     if (!picture) {

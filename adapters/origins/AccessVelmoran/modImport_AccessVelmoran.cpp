@@ -187,7 +187,7 @@ RowOutcome GiveList(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString customer = Field("CodCliente", KnownCustomer()).Text(session, row);
     if (customer.isEmpty()) {
-        return run.Skip(QStringLiteral("cliente non trovato"));
+        return run.Skip(CustomerMissing);
     }
     if (!IsThere(session, "LIS_TES", "CDLIS", Field("Codice", ListCode()).Text(session, row))) {
         return run.Skip(QStringLiteral("listino senza prezzi"));

@@ -44,7 +44,7 @@ public:
         if (!HasProduct(product)) {
             m_run.Log(
                 QStringLiteral("PRODOTTO NON TROVATO: %1: '%2' nel database del CAM").arg(m_run.RowKey(), product));
-            return m_run.Skip(QStringLiteral("prodotto non trovato nel CAM"));
+            return m_run.Skip(CamProductMissing);
         }
         const QString id = format.Text("RECORD_ID");
         const RowOutcome stored =

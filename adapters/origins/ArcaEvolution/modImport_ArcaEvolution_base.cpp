@@ -106,7 +106,7 @@ RowOutcome SistemaFornitore(ImportRun& run, const SourceRow& row) {
     const QString supplier = LookUp(session, "CON_TRO", "COFGE", row.Text("Cd_CF"), "CDCON");
     if (supplier.isEmpty()) {
         run.Log(QStringLiteral("FORNITORE NON TROVATO: %1").arg(run.RowKey()));
-        return run.Skip("fornitore non trovato");
+        return run.Skip(SupplierMissing);
     }
     TargetRow target(run, "CON_TRO");
     Fornitori().Apply(target, session, row, {});

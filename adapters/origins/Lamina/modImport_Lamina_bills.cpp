@@ -163,7 +163,7 @@ RowOutcome PhaseImporter::Row(const SourceRow& row) {
     const qint64 bill = BillOf(run, article);
     if (bill == 0) {
         run.Log(QStringLiteral("DISTINTA NON TROVATA: %1: '%2'").arg(run.RowKey(), article));
-        return run.Skip("distinta non trovata");
+        return run.Skip(BillMissing);
     }
     Meet(row, bill);
     const int sequence = NumberBehind(run, m_highest.value(row.Text(Line)), SequenceOf(row),

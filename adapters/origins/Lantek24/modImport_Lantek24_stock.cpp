@@ -88,7 +88,7 @@ RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& r
     const QString article = SheetOf(run, row);
     if (article.isEmpty()) {
         run.Log(QStringLiteral("LAMIERA NON TROVATA: %1: '%2'").arg(run.RowKey(), row.Text("DIS_ShtRefOrg")));
-        return run.Skip("lamiera non trovata");
+        return run.Skip(SheetMissing);
     }
     SheetFormat format;
     format.article = article;

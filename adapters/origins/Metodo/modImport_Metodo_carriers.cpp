@@ -24,7 +24,7 @@ RowOutcome AssegnaVettore(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString party = ImportedParty(session, row);
     if (party.isEmpty()) {
-        return run.Skip("controparte non importata");
+        return run.Skip(PartyMissing);
     }
     TargetRow target(run, "CON_TRO");
     Vettore().Apply(target, session, row, {});

@@ -113,7 +113,7 @@ RowOutcome Riallinea(ImportRun& run, const SourceRow& row) {
     const QString party = ImportedParty(session, row);
     if (party.isEmpty()) {
         run.Log(QStringLiteral("CONTROPARTE NON TROVATA: %1").arg(run.RowKey()));
-        return run.Skip("controparte non importata");
+        return run.Skip(PartyMissing);
     }
     CounterpartyWriter writer(run, {});
     const qint64 before = run.WrittenRows("NUM_TEL") + run.WrittenRows("IND_WEB");
