@@ -67,23 +67,20 @@ bool SheetLoader::IsDataAbove(const SheetRow& row) {
     const auto data =
         std::ranges::find_if(row.cells, [](const SheetCell& cell) { return !IsBlank(cell) && !IsCaption(cell); });
     const SheetCell& told = data == row.cells.end() ? *first : *data;
-    const auto note = [&](const QString& label, const QString& what) {
-        const bool hasName = told.column < m_target->Columns().size();
-        m_oddities.Add(label, hasName ? NameOf(told.column) : QString(), row.number,
-                       u'\'' + TextOf(told) + QStringLiteral("' ") + what);
-    };
+    const QString column = told.column < m_target->Columns().size() ? NameOf(told.column) : QString();
     if (m_isOwn && !isCaptions && (m_end.isEmpty() || CodeIn(row) != nullptr)) {
         if (kind == Above::InDoubt) {
-            note(QStringLiteral("FORSE DIDASCALIE"),
-                 QStringLiteral("può essere una didascalia: si legge come un dato"));
+            m_oddities.Add(QStringLiteral("FORSE DIDASCALIE"), column, row.number,
+                           QStringLiteral("'%1' può essere una didascalia: si legge come un dato").arg(TextOf(told)));
         }
         return true;
     }
-    note(QStringLiteral("RIGA SOPRA I DATI"), QStringLiteral("%1; i dati cominciano alla riga %2: non si legge")
-                                                  .arg(kind == Above::Data     ? QStringLiteral("sembra un dato")
-                                                       : isCaptions && m_isOwn ? QStringLiteral("sembra una didascalia")
-                                                                               : QStringLiteral("può essere un dato"),
-                                                       QString::number(m_table.firstRow)));
+    const QString what = kind == Above::Data     ? QStringLiteral("sembra un dato")
+                         : isCaptions && m_isOwn ? QStringLiteral("sembra una didascalia")
+                                                 : QStringLiteral("può essere un dato");
+    m_oddities.Add(QStringLiteral("RIGA SOPRA I DATI"), column, row.number,
+                   QStringLiteral("'%1' %2; i dati cominciano alla riga %3: non si legge")
+                       .arg(TextOf(told), what, QString::number(m_table.firstRow)));
     return false;
 }
 
