@@ -121,7 +121,9 @@ private:
     qint64 m_block = 0;                   ///< how often they were written
     qint64 m_place = 0;                   ///< of the last one of them
     size_t m_changes = 0;                 ///< rows in both
-    std::optional<Reached> m_reached;     ///< behind them all
+    std::optional<Reached> m_reached;     ///< in front of the last of them, or behind them all
+    bool m_stands = false;                ///< behind them all
+    bool m_reachedWaits = false;          ///< they were written, and it was not
     QString m_company;
     qint64 m_target = 0; ///< number of the database that it writes to
     QString m_origin;    ///< of the procedures
