@@ -212,6 +212,27 @@ private slots:
         Row("what is left of a row", "modImport_Metodo", "RIGHEDOCUMENTI.QTAGESTRES",
             "SELECT DRQTE, DRSTA FROM X01_DOC_VER WHERE DRDES = 'Cancello su misura'", "0|PV",
             "; non valorizzate: DOC_VER.DRQTE, DOC_ACR.DRQTE");
+        // What Quadrix usually has, where rules wrap others.
+        Row("code by its id", "modImport_Tessera", "Artic.IdIva",
+            "SELECT DISTINCT ARIVA FROM X01_ART_ICO WHERE USINS = 'SYSTEM_IMPORT'", "022",
+            "; nelle righe nuove con il valore consueto: ART_ICO.ARIVA");
+        Row("currency of another name", "modImport_NetSuite", "ANCL200F.CDVAL, ANFO200F.CDVAL",
+            "SELECT COVAL FROM X01_CON_TRO WHERE COCGE = '123'", "EUR",
+            "; nelle righe nuove con il valore consueto: CON_TRO.COVAL");
+        Row("first that is not blank", "modImport_Sigla", "CLIFO.COD_NAZION, CLIFO.NAZIONE",
+            "SELECT DISTINCT CONAZ FROM X01_CON_TRO WHERE CORAS > ''", "ITA",
+            "; nelle righe nuove con il valore consueto: CON_TRO.CONAZ");
+        Row("class", "modImport_Esatto", "ArtAnagrafica.TipoArt",
+            "SELECT DISTINCT ARCLA FROM X01_ART_ICO WHERE ARCLA IS NULL", "",
+            "; nelle righe nuove con il valore consueto: ART_ICO.ARCLA");
+        // What is found elsewhere.
+        Row("cost of the balances", "modImport_AdHoc", "ART_ICOL.ARULTCOS",
+            "SELECT A.ARCOS, F.ARPRZ FROM X01_ART_ICO A INNER JOIN X01_ART_FOR F ON F.CDART = A.CDART WHERE A.CDART = "
+            "'TE-100' AND F.USINS = 'SYSTEM_IMPORT'",
+            "82|82", "; con le altre colonne: ");
+        Row("text with notes of another table", "modImport_Mago", "MA_CustSupp.Notes",
+            "SELECT CONOT FROM X01_CON_TRO WHERE COCGE = '0123'", "prima\nseconda",
+            "; con le altre colonne: CON_TRO.CONOT");
     }
     void WhatTheSourceLacksIsLeftOut() {
         QFETCH(const QString, module);
@@ -227,22 +248,49 @@ private slots:
         QVERIFY2(outcome.contains("NELL'ORIGINE: " + lacking + told), qPrintable(outcome));
     }
 
+    void WhatTheSourceLacksStays_data() {
+        Columns<QString, QString, QString, QString>("module", "lacking", "line", "query");
+        Row("articles", "modImport_AdHoc",
+            "ART_ICOL.ARPESNET, ART_ICOL.AROPERAT, ART_ICOL.ARUNMIS1, ART_ICOL.ARCODIVA, ART_ICOL.ARTIPART, "
+            "ART_ICOL.ARCODDIS, ART_ICOL.ARDESSUP",
+            "ImportArticoliAhr",
+            "SELECT ARPSN, ARCOE, ARUMS, ARIVA, ARCLA, ARDEC FROM X01_ART_ICO WHERE CDART = 'TE-100'");
+        Row("class", "modImport_Esatto",
+            "ArtAnagrafica.TipoArt, ArtAnagrafica.CostoStandard, ArtAnagrafica.CostoUltimo", "ImportArticoliE",
+            "SELECT CDART, ARCLA, ARCOS, ARRIC FROM X01_ART_ICO ORDER BY CDART");
+        Row("what another table has", "modImport_Metodo", "STORICOPREZZIARTICOLO.PREZZOEURO", "ImportArticoliMetodo",
+            "SELECT A.CDART, A.ARCOS, A.ARRIC, F.ARPRZ FROM X01_ART_ICO A LEFT JOIN X01_ART_FOR F ON F.CDART = A.CDART "
+            "ORDER BY A.CDART, F.CDCON");
+        Row("preferred supplier", "modImport_BMS", "LGARTFOR.FL_ABIT, LGARTFOR.PREZZO", "ImportArticoliBMS",
+            "SELECT CDART, CDCON, AFABI, ARPRZ FROM X01_ART_FOR ORDER BY CDART, CDCON");
+        Row("documents", "modImport_ArcaEvolution", "DORig.PrezzoUnitarioV, DOTes.Cd_PG",
+            "ImportDocumentiArcaEvolution",
+            "SELECT T.DTNUM, T.DTMOP, R.DRNUM, R.DRPRZ, R.DRPR2, R.DRPRA, R.DRTOT, R.DRSTA FROM X01_DOC_VEN T INNER "
+            "JOIN "
+            "X01_DOC_VER R ON R.IDTES = T.RECORD_ID ORDER BY T.RECORD_ID, R.RECORD_ID");
+        Row("bills", "modImport_OSL",
+            "CICLI.TUNIT, CICLI.COSTOORA, CICLI.TATTREZ, CICLI.LAVORAZ, DISTINTA.SCARTO, DISTINTA.NOTE",
+            "ImportDistinteOSL",
+            "SELECT F.DLSEQ, F.DLLAV, F.DLTAP, F.DLTUP, F.DLCOS, C.DCART, C.DCQTA, C.DCCOE, C.DCNOT FROM X01_DIS_FAS F "
+            "LEFT JOIN X01_DIS_COM C ON C.IDDIS = F.IDDIS WHERE F.IDDIS = 1 ORDER BY F.RECORD_ID, C.RECORD_ID");
+        Row("discounts of a list", "modImport_Gescom", "LISTINI.S1LISTIN, LISTINI.S2LISTIN", "ImportListiniGescom",
+            "SELECT SCQTA, SCPRZ, SCSCO, SCSC2 FROM X01_LIS_ARS ORDER BY RECORD_ID");
+    }
     /// Values that an import has written stay when the source lacks their columns later.
     void WhatTheSourceLacksStays() {
-        const QString module = "modImport_AdHoc";
+        QFETCH(const QString, module);
+        QFETCH(const QString, lacking);
+        QFETCH(const QString, line);
+        QFETCH(const QString, query);
         Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
         fixture.Run();
-        const QString query = "SELECT ARPSN, ARCOE, ARUMS, ARIVA, ARCLA, ARDEC FROM X01_ART_ICO WHERE CDART = 'TE-100'";
+        fixture.RunLine(line); // which the fixture may have written otherwise meanwhile
         const QStringList before = fixture.Target().Rows(query);
-        QVERIFY(!before.value(0).contains("NULL"));
-        QString layout = "[COLONNE]\n";
-        for (const char* column :
-             {"ARPESNET", "AROPERAT", "ARUNMIS1", "ARCODIVA", "ARTIPART", "ARCODDIS", "ARDESSUP"}) {
-            layout += QString("ART_ICOL.%1=\n").arg(column);
-        }
-        fixture.WriteLayout(layout);
-        fixture.RunLine("ImportArticoliAhr");
-        QCOMPARE(fixture.Results().last().errors, QStringList());
+        QVERIFY(!before.isEmpty());
+        fixture.WriteLayout("[COLONNE]\n" + QString(lacking).replace(", ", "=\n") + "=\n");
+        fixture.RunLine(line);
+        QVERIFY2(!fixture.Results().last().errors.join('\n').contains("Non è stato scritto nulla"),
+                 qPrintable(fixture.Results().last().errors.join('\n')));
         QCOMPARE(fixture.Target().Rows(query), before);
     }
 
@@ -275,6 +323,27 @@ private slots:
             const QString difference = fixture.Compare("expected.txt", fixture.Outcome());
             QVERIFY2(difference.isEmpty(), qPrintable(difference));
         }
+    }
+
+    void ABlankDayIsNone_data() {
+        Columns<QString, QString, QString>("module", "line", "change");
+        Row("from", "modImport_Esatto", "ImportArticoliE", "UPDATE ListiniRighe SET DataInizio = %1");
+        Row("from and to", "modImport_AdHoc", "ImportArticoliAhr", "UPDATE LIS_TINI SET LIDATATT = %1, LIDATDIS = %1");
+    }
+    /// A SQLite file that was made of sheets has blanks for Null.
+    void ABlankDayIsNone() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, line);
+        QFETCH(const QString, change);
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module));
+        QList<QStringList> prices;
+        for (const char* none : {"NULL", "' '"}) {
+            Change(fixture, change.arg(none));
+            fixture.RunLine(line);
+            prices.append(fixture.Target().Rows("SELECT CDART, ARPRZ FROM X01_ART_ICO WHERE ARPRZ > 0 ORDER BY CDART"));
+        }
+        QVERIFY(!prices.first().isEmpty());
+        QCOMPARE(prices.last(), prices.first());
     }
 
     void ADayThatCannotBeComparedIsRefused() {

@@ -248,7 +248,8 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
     if (declared.there == ArticleThere::Rewritten) {
         Claim(row, facts.code);
     }
-    if (!declared.furtherRows.isEmpty() && facts.code == m_last) {
+    if (!declared.furtherRows.isEmpty() &&
+        (facts.code == m_last || (m_last.isEmpty() && IsWrittenBefore(Run(), facts.code)))) {
         return Run().Skip(declared.furtherRows);
     }
     if (declared.each) {
@@ -336,7 +337,7 @@ void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target, SourceCo
                 for (const QString& column : sourceCodes == nullptr ? QStringList() : each.unit.Columns()) {
                     (*sourceCodes)[place].append(one.Text(column));
                 }
-                if (isSecond && each.factor.IsGiven(one)) {
+                if (isSecond && each.factor.IsGiven(session, one)) {
                     target.Set("ARCOE", each.factor.Value(session, one));
                 }
                 hasSecond = hasSecond || isSecond;
@@ -376,19 +377,34 @@ void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article
     }
 }
 
+/// What the source asks for an article; none where it lacks the columns, or one of them and the others tell no price.
+QVariant PriceOf(Session& session, const SourceRow& row, const Field& price) {
+    const double number = price.Number(session, row);
+    const bool lacksOne =
+        std::ranges::any_of(price.Columns(), [&row](const QString& column) { return row.IsMissing(column); });
+    return price.IsGiven(session, row) && (number != 0 || !lacksOne) ? QVariant(number) : QVariant();
+}
+
 SupplierLink ArticleImporter::LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier,
                                      bool isFirst) const {
     Session& session = GetSession();
     const auto number = [&](const Field& field) {
         const QVariant told = field.NumberOrNull(session, row);
-        return told.isNull() && field.IsGiven(row) ? QVariant(QMetaType::fromType<double>()) : told;
+        return told.isNull() && field.IsGiven(session, row) ? QVariant(QMetaType::fromType<double>()) : told;
     };
+    std::optional<bool> preferred;
+    if (!of.preferred.IsSet()) {
+        preferred = isFirst;
+    } else if (of.preferred.IsGiven(session, row)) {
+        preferred = mod_ovTools::ToBoolean(of.preferred.Value(session, row));
+    }
     return {.supplier = supplier,
-            .price = of.price.IsGiven(row) ? QVariant(of.price.Number(session, row)) : QVariant(),
-            .preferred = of.preferred.IsGiven(row) ? mod_ovTools::ToBoolean(of.preferred.Value(session, row)) : isFirst,
+            .price = PriceOf(session, row, of.price),
+            .preferred = preferred,
             .leadDays = number(of.leadDays),
             .lot = number(of.lot),
-            .minimum = number(of.minimum)};
+            .minimum = number(of.minimum),
+            .isFirst = isFirst};
 }
 
 /// What the article is called there; what its column does not hold is told.
@@ -457,10 +473,14 @@ const Frame UsualArticles{.module = {},
 } // namespace
 
 void SetMarkUp(ImportRun& /*run*/, const SourceRow& /*row*/, TargetRow& article) {
-    if (const QVariant price = article.Value("ARPRZ"); price.isValid()) {
-        article.Set("ARRIC", price.isNull() ? QVariant()
-                                            : QVariant(MarkUpOf(price.toDouble(), article.Value("ARCOS").toDouble())));
+    const QVariant price = article.Value("ARPRZ");
+    if (!price.isValid()) {
+        return;
     }
+    const QVariant markUp =
+        price.isNull() ? QVariant() : QVariant(MarkUpOf(price.toDouble(), article.Value("ARCOS").toDouble()));
+    const bool isTold = article.IsSet("ARPRZ") && (price.isNull() || article.IsSet("ARCOS"));
+    isTold ? article.Set("ARRIC", markUp) : article.SetWhenNew("ARRIC", markUp);
 }
 
 Frame FrameOf(const Articles& declared) { return Over(declared.frame, UsualArticles); }

@@ -46,13 +46,14 @@ QString StartOf(const Field& start, Session& session, const SourceRow& row, cons
 }
 
 std::optional<double> FixedDayOf(const Field& fixedDay, Session& session, const SourceRow& row) {
-    return fixedDay.IsGiven(row) ? std::optional(fixedDay.Number(session, row)) : std::nullopt;
+    return fixedDay.IsGiven(session, row) ? std::optional(fixedDay.Number(session, row)) : std::nullopt;
 }
 
 /// The payment type; empty for a blank one and where its rule gives Null, none for one that is not known or not told.
 std::optional<QString> PaymentTypeOf(const Field& type, Session& session, const SourceRow& row) {
     const QString code = type.Text(session, row);
-    const bool isKept = code.isEmpty() && (!type.IsGiven(row) || (!type.IsBlank(row) && type.IsLeftOut(session, row)));
+    const bool isKept =
+        code.isEmpty() && (!type.IsGiven(session, row) || (!type.IsBlank(row) && type.IsLeftOut(session, row)));
     return isKept ? std::nullopt : std::optional(code);
 }
 

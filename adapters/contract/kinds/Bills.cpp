@@ -58,6 +58,15 @@ public:
         return phases.table == parts.table && (parts.where.isEmpty() || phases.where == parts.where);
     }
 
+    /// What the open source lacks of a table's columns.
+    QStringList LackingIn(Session& session, const QString& table) const {
+        QStringList columns;
+        for (const Mapping& mapping : mappings) {
+            columns += mapping.targetTable == table ? mapping.LackingColumns(session) : QStringList();
+        }
+        return columns;
+    }
+
     Bills declared;
     Field key;
     std::vector<Mapping> mappings;
@@ -131,7 +140,7 @@ SourceRevision RevisionOf(const SourceRow& row, const Field& revision) {
 /// @param isNone whether there is none, whatever the field holds
 std::optional<QString> CodeOrCleared(Session& session, const Field& field, const SourceRow& row, bool isNone = false) {
     const QString code = field.Text(session, row);
-    const bool isKept = code.isEmpty() && !(field.IsGiven(row) && (isNone || field.IsBlank(row)));
+    const bool isKept = code.isEmpty() && !(field.IsGiven(session, row) && (isNone || field.IsBlank(row)));
     return isKept ? std::nullopt : std::optional(code);
 }
 
@@ -238,7 +247,7 @@ RowOutcome BillImporter::Row(const SourceRow& row) {
     }
     head.active = declared.active.Value(session, row);
     head.alone = declared.oneInForce;
-    if (declared.note.IsGiven(row)) {
+    if (declared.note.IsGiven(session, row)) {
         head.note = declared.note.Text(session, row);
     }
     if (FillsCodes(Run()) && m_writer.Find(head) == 0) {
@@ -344,7 +353,7 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
             }
             last = SequenceOf(phases, row, last);
             const bool toldInside =
-                phases.isOutside.IsGiven(row) && !mod_ovTools::ToBoolean(phases.isOutside.Value(session, row));
+                phases.isOutside.IsGiven(session, row) && !mod_ovTools::ToBoolean(phases.isOutside.Value(session, row));
             const Phase phase{last,
                               work,
                               phases.note.Text(session, row),
@@ -353,11 +362,13 @@ Phases BillImporter::WritePhases(const SourceRow& bill) {
                               phases.cost.Number(session, row),
                               CodeOrCleared(session, phases.supplier, row, toldInside),
                               CodeOrCleared(session, phases.machine, row)};
-            const qint64 id =
-                m_writer.Write(phase, [&](TargetRow& target) { m_kind->ofPhase.Apply(target, session, row, {}); });
+            const qint64 id = m_writer.Write(phase, [&](TargetRow& target) {
+                target.KeepThere(m_kind->LackingIn(session, target.Table()));
+                m_kind->ofPhase.Apply(target, session, row, {});
+            });
             written.first = written.first == 0 ? id : written.first;
             const bool isOutside =
-                phases.isOutside.IsGiven(row) ? !toldInside : !phase.supplier.value_or(QString()).isEmpty();
+                phases.isOutside.IsGiven(session, row) ? !toldInside : !phase.supplier.value_or(QString()).isEmpty();
             if (phases.sendsComponents && isOutside) {
                 written.outside.insert(id);
             }
@@ -425,7 +436,10 @@ void BillImporter::WriteComponent(const SourceRow& row, const Phases& phases) {
         Run().Log(
             QStringLiteral("COMPONENTE SENZA QUANTITÀ: %1: '%2', scritto con 0").arg(parts.rows.Name(row), article));
     }
-    m_writer.Write(component, phase, [&](TargetRow& target) { m_kind->ofComponent.Apply(target, session, row, {}); });
+    m_writer.Write(component, phase, [&](TargetRow& target) {
+        target.KeepThere(m_kind->LackingIn(session, target.Table()));
+        m_kind->ofComponent.Apply(target, session, row, {});
+    });
 }
 
 const Frame UsualBills{.module = {},

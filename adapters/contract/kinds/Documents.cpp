@@ -49,10 +49,10 @@ std::vector<DocumentKind> KindsOf(ImportRun& run, const Documents& declared) {
 OpenDocument::Options OptionsOf(ImportRun& run, const DocumentsKind& kind) {
     const Documents& declared = kind.declared;
     const bool checks = declared.checksArticles && ReadDocumentSettings(run.GetSession()).checkArticles;
-    const Session& session = run.GetSession();
+    Session& session = run.GetSession();
     return {checks, declared.imported == Imported::Asked && AskSkipImported(run),
-            kind.furtherOfHead + WrittenColumns(session, kind.head),
-            kind.furtherOfRow + WrittenColumns(session, kind.row)};
+            EmptiedColumns(session, kind.head, kind.furtherOfHead),
+            EmptiedColumns(session, kind.row, kind.furtherOfRow), kind.pages.at(1).LackingColumns(session)};
 }
 
 QString StateOf(const DocumentRow& row) {
@@ -341,7 +341,7 @@ void DocumentImporter::RequireParty(const Place& place, const Facts& facts) {
 
 QString DocumentImporter::CauseOf(const SourceRow& row, const DocumentKind& kind) {
     const Field& field = Declared().cause;
-    const QString cause = field.IsGiven(row) ? field.Text(GetSession(), row) : kind.cause;
+    const QString cause = field.IsGiven(GetSession(), row) ? field.Text(GetSession(), row) : kind.cause;
     if (cause.isEmpty()) {
         throw ImportError(QStringLiteral("colonna '%1': nessuna causale per '%2': va tradotta in SYS_IMP")
                               .arg(field.Columns().join(QStringLiteral("', '")), row.Text(field.Columns().value(0))));
@@ -418,9 +418,9 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     }
     values.vatCode = fields.vatCode.Text(session, row, facts);
     values.tellsVat = fields.vatCode.IsSet();
-    values.state = fields.state.IsGiven(row) ? fields.state.Text(session, row)
-                   : kind.isOpen             ? StateOf(values)
-                                             : Delivered;
+    values.state = fields.state.IsGiven(session, row) ? fields.state.Text(session, row)
+                   : kind.isOpen                      ? StateOf(values)
+                                                      : Delivered;
     return values;
 }
 

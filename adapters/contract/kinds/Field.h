@@ -22,9 +22,9 @@ public:
 
     bool IsSet() const { return m_line.has_value(); }
     /// Whether the row tells it: it is set, and the source does not lack its columns.
-    bool IsGiven(const SourceRow& row) const { return IsSet() && !m_line->IsLackingIn(row); }
-    /// The value; Null when the source does not have it, lacks its columns, or its rule leaves it out. Raises `ImportError` naming the
-    /// columns when the rule does.
+    bool IsGiven(Session& session, const SourceRow& row) const { return IsSet() && !m_line->IsLackingIn(session, row); }
+    /// The value; Null when the source does not have it, lacks its columns, or its rule leaves it out. Raises
+    /// `ImportError` naming the columns when the rule does.
     QVariant Value(Session& session, const SourceRow& row, const Facts& facts = {}) const;
     /// The same as text without surrounding blanks; empty for Null.
     QString Text(Session& session, const SourceRow& row, const Facts& facts = {}) const;

@@ -24,10 +24,10 @@ LineGroup RoleLines(const QString& customer, const QString& supplier, const QStr
 /// The company's own language where the source tells none.
 Rule Language(const QString& table, const QString& column) {
     const Rule known = TranslatedOrKnown(table, column, "TAB_LNG");
-    return {known.text + QStringLiteral("; \"%1\" se è vuoto").arg(schema::defaults::Language),
-            [known](const RuleInput& input) {
-                return input.Text().isEmpty() ? RuleValue(schema::defaults::Language) : known.apply(input);
-            }};
+    return WithDefault(Around(known, known.text + QStringLiteral("; \"%1\" se è vuoto").arg(schema::defaults::Language),
+                              [apply = known.apply](const RuleInput& input) {
+                                  return input.Text().isEmpty() ? RuleValue(schema::defaults::Language) : apply(input);
+                              }));
 }
 
 LineGroup SecondNameOf(const PartyColumns& of) {

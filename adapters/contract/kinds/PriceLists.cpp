@@ -164,7 +164,7 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         const QString list = owner.isEmpty() ? price.list.Text(session, row) : owner;
         const QString direction = DirectionOf(row, price);
         Validity validity{price.from.Day(session, row)};
-        if (price.to.IsGiven(row)) {
+        if (price.to.IsGiven(session, row)) {
             validity.to = price.to.Day(session, row);
         }
         const ListHead head = m_writer.Head(list, direction,
@@ -174,9 +174,9 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         if (!owner.isEmpty()) {
             GiveList(owner, direction);
         }
-        const qint64 owning =
-            m_writer.Article(head, article, validity,
-                             price.note.IsGiven(row) ? std::optional(price.note.Text(session, row)) : std::nullopt);
+        const qint64 owning = m_writer.Article(
+            head, article, validity,
+            price.note.IsGiven(session, row) ? std::optional(price.note.Text(session, row)) : std::nullopt);
         const RowOutcome one = isFrom ? m_writer.AddScaleFrom(owning, scale) : m_writer.AddScale(owning, scale);
         outcome = outcome == RowOutcome::Inserted ? outcome : one;
     }
@@ -229,8 +229,10 @@ std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRo
     const bool isFrom = fields.quantityFrom.IsSet();
     const Field& quantity = isFrom ? fields.quantityFrom : fields.quantity;
     Scale scale{quantity.NumberOrNull(session, row), fields.price.NumberOrNull(session, row)};
-    for (const Field& discount : fields.discounts) {
-        scale.discounts.push_back(discount.NumberOrNull(session, row));
+    const auto last = std::find_if(fields.discounts.rbegin(), fields.discounts.rend(),
+                                   [&](const Field& discount) { return discount.IsGiven(session, row); });
+    for (auto discount = fields.discounts.begin(); discount != last.base(); ++discount) {
+        scale.discounts.push_back(discount->NumberOrNull(session, row));
     }
     if (const auto limit = mod_ovTools::ReadNumber(scale.quantity); limit && *limit < 0) {
         throw ImportError(QStringLiteral("colonna '%1': una quantità di %2 non è di nessun prezzo")

@@ -23,7 +23,7 @@ public:
     Rewriter(ImportRun& run, const Mapping& mapping, const QString& condition)
         : m_run(run),
           m_table(mapping.targetTable),
-          m_columns(WrittenColumns(run.GetSession(), mapping)) {
+          m_columns(EmptiedColumns(run.GetSession(), mapping)) {
         Recordset rows = run.GetSession().Quadrix.ExecuteWC("SELECT RECORD_ID FROM " + run.FullName(m_table) +
                                                             " WHERE " + condition + " AND " +
                                                             OfImports(run.GetSession()) + " ORDER BY RECORD_ID");

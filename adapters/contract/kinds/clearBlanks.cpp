@@ -26,7 +26,7 @@ bool IsOfRoles(Side side, const Roles& roles) {
 void ClearBlanks(TargetRow& target, Session& session, const SourceRow& row, const Mapping& mapping,
                  const Roles& roles) {
     const auto clear = [&](const MapLine& line) {
-        if (line.sources.isEmpty() || line.IsLackingIn(row) || !IsOfRoles(line.rule.side, roles) ||
+        if (line.sources.isEmpty() || line.IsLackingIn(session, row) || !IsOfRoles(line.rule.side, roles) ||
             IsOfCreation(line.target) || !target.Value(line.target).isNull()) {
             return;
         }

@@ -48,7 +48,8 @@ void ApplyLines(const std::vector<MapLine>& lines, TargetRow& target, Session& s
     for (const MapLine& line : lines) {
         try {
             if (const RuleValue value = line.ValueOf(session, row, facts)) {
-                line.IsLackingIn(row) ? target.SetWhenNew(line.target, *value) : target.Set(line.target, *value);
+                line.IsLackingIn(session, row) ? target.SetWhenNew(line.target, *value)
+                                               : target.Set(line.target, *value);
             }
         } catch (const ImportError& fault) {
             faults.Take(fault, line);
@@ -79,12 +80,32 @@ bool MapLine::IsLacking(const QString& table, const IsMissing& isMissing) const 
                            [&](const QString& column) { return isMissing(need.table, column); });
     };
     const QStringList needed = sources.first(std::min<qsizetype>(rule.vital, sources.size()));
-    return !sources.isEmpty() && (std::all_of(sources.begin(), sources.end(), isMissing) ||
-                                  std::any_of(needed.begin(), needed.end(), isMissing));
+    if (std::any_of(needed.begin(), needed.end(), isGone)) {
+        return true;
+    }
+    const bool lacksOwn = std::all_of(sources.begin(), sources.end(), isGone);
+    const bool lacksOthers = std::all_of(rule.elsewhere.begin(), rule.elsewhere.end(), isAllGone);
+    if (rule.isElsewhere) {
+        return lacksOthers || (!sources.isEmpty() && lacksOwn);
+    }
+    return (!sources.isEmpty() || !rule.elsewhere.empty()) && lacksOwn && lacksOthers;
 }
 
-bool MapLine::IsLackingIn(const SourceRow& row) const {
-    return row.HasMissing() && IsLacking([&row](const QString& column) { return row.IsMissing(column); });
+bool MapLine::IsLackingIn(Session& session, const SourceRow& row) const {
+    if (!row.HasMissing() && rule.elsewhere.empty()) {
+        return false;
+    }
+    return IsLacking({}, [&](const QString& table, const QString& column) {
+        return table.isEmpty() ? row.IsMissing(column) : IsLeftOut(session, table, column);
+    });
+}
+
+bool MapLine::IsTouched(const QString& table, const IsMissing& isMissing) const {
+    return std::any_of(sources.begin(), sources.end(), [&](const QString& one) { return isMissing(table, one); }) ||
+           std::any_of(rule.elsewhere.begin(), rule.elsewhere.end(), [&](const TableNeed& need) {
+               return std::any_of(need.columns.begin(), need.columns.end(),
+                                  [&](const QString& one) { return isMissing(need.table, one); });
+           });
 }
 
 RuleValue MapLine::ValueOf(Session& session, const SourceRow& row, const Facts& facts) const {
@@ -111,6 +132,17 @@ QStringList Mapping::TargetColumns() const {
     QStringList columns;
     for (const MapLine& line : lines) {
         columns.append(line.target);
+    }
+    return columns;
+}
+
+QStringList Mapping::LackingColumns(Session& session) const {
+    QStringList columns;
+    for (const MapLine& line : lines) {
+        const bool isLacking = line.IsLacking(sourceTable, [&session](const QString& table, const QString& column) {
+            return IsLeftOut(session, table, column);
+        });
+        columns += isLacking ? QStringList(line.target) : QStringList();
     }
     return columns;
 }

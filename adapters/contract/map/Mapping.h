@@ -17,9 +17,14 @@ struct MapLine {
     MapLine& operator=(const MapLine&);
     MapLine& operator=(MapLine&&) noexcept;
 
-    /// Whether the source lacks what the line would write: all of its columns, or one that its rule needs.
-    bool IsLacking(const std::function<bool(const QString& column)>& isMissing) const;
-    bool IsLackingIn(const SourceRow& row) const;
+    using IsMissing = std::function<bool(const QString& table, const QString& column)>;
+
+    /// Whether the source lacks what the line would write: all columns that its rule finds it in, or one that it needs.
+    /// @param table of the columns of the line
+    bool IsLacking(const QString& table, const IsMissing& isMissing) const;
+    bool IsLackingIn(Session& session, const SourceRow& row) const;
+    /// Whether it lacks one of those columns.
+    bool IsTouched(const QString& table, const IsMissing& isMissing) const;
     /// What the rule gives for a row; left out where the source lacks it, unless Quadrix has a value of its own for it.
     RuleValue ValueOf(Session& session, const SourceRow& row, const Facts& facts) const;
 
@@ -47,6 +52,8 @@ struct Mapping {
     QStringList SourceColumns() const;
     /// Target columns that are written.
     QStringList TargetColumns() const;
+    /// Those among them that the open source lacks what to write into.
+    QStringList LackingColumns(Session& session) const;
     /// The mapping as a Markdown table: target, source, rule.
     QString Page() const;
 };

@@ -6,20 +6,20 @@
 namespace contract::rules {
 
 Rule NotZeroCode(const Rule& rule) {
-    return {rule.text + QStringLiteral("; solo se non è vuoto né zero"),
-            [apply = rule.apply](const RuleInput& input) {
-                const QString code = input.Text();
-                return code.isEmpty() || code == u"0" ? RuleValue() : apply(input);
-            },
-            rule.side, rule.reads};
+    return WithDefault(Around(rule, rule.text + QStringLiteral("; solo se non è vuoto né zero"),
+                              [apply = rule.apply](const RuleInput& input) {
+                                  const QString code = input.Text();
+                                  return code.isEmpty() || code == u"0" ? RuleValue() : apply(input);
+                              }),
+                       false);
 }
 
 Rule ClearedWhenBlank(const Rule& rule) {
-    return {rule.text + QStringLiteral("; vuoto se è vuoto"),
-            [apply = rule.apply](const RuleInput& input) {
-                return input.Text().isEmpty() ? RuleValue(QVariant()) : apply(input);
-            },
-            rule.side, rule.reads};
+    return WithDefault(Around(rule, rule.text + QStringLiteral("; vuoto se è vuoto"),
+                              [apply = rule.apply](const RuleInput& input) {
+                                  return input.Text().isEmpty() ? RuleValue(QVariant()) : apply(input);
+                              }),
+                       false);
 }
 
 Rule BalanceSection(const QString& economic) {
@@ -32,10 +32,12 @@ Rule BalanceSection(const QString& economic) {
 
 Rule FlagAs(const QVariant& set, const QVariant& otherwise) {
     const Rule flag = Flag();
-    return {QStringLiteral("\"%1\" dove è %2, altrimenti \"%3\"").arg(set.toString(), flag.text, otherwise.toString()),
-            [set, otherwise, isSet = flag.apply](const RuleInput& input) {
-                return RuleValue(isSet(input)->toBool() ? set : otherwise);
-            }};
+    return WithDefault(
+        {QStringLiteral("\"%1\" dove è %2, altrimenti \"%3\"").arg(set.toString(), flag.text, otherwise.toString()),
+         [set, otherwise, isSet = flag.apply](const RuleInput& input) {
+             return RuleValue(isSet(input)->toBool() ? set : otherwise);
+         }},
+        !otherwise.toString().isEmpty());
 }
 
 Rule PartyByMark(const QString& supplier) {

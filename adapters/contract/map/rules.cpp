@@ -109,11 +109,10 @@ Rule OnText(const QString& words, std::function<QString(const QString&)> convert
 
 /// A rule that is left out unless a condition holds.
 Rule Only(const QString& words, std::function<bool(const RuleInput&)> condition, const Rule& rule) {
-    return {rule.text.isEmpty() ? words : rule.text + QStringLiteral("; ") + words,
-            [condition = std::move(condition), apply = rule.apply](const RuleInput& input) {
-                return condition(input) ? apply(input) : RuleValue();
-            },
-            rule.side, rule.reads};
+    return Around(rule, rule.text.isEmpty() ? words : rule.text + QStringLiteral("; ") + words,
+                  [condition = std::move(condition), apply = rule.apply](const RuleInput& input) {
+                      return condition(input) ? apply(input) : RuleValue();
+                  });
 }
 
 /// Whether a text is numbers joined with "+".
@@ -246,12 +245,11 @@ Rule Discount(int position) {
 }
 
 Rule Not(const Rule& rule) {
-    return {QStringLiteral("il contrario: ") + rule.text,
-            [apply = rule.apply](const RuleInput& input) -> RuleValue {
-                const RuleValue value = apply(input);
-                return value ? RuleValue(!mod_ovTools::ToBoolean(*value)) : value;
-            },
-            rule.side, rule.reads};
+    return Around(rule, QStringLiteral("il contrario: ") + rule.text,
+                  [apply = rule.apply](const RuleInput& input) -> RuleValue {
+                      const RuleValue value = apply(input);
+                      return value ? RuleValue(!mod_ovTools::ToBoolean(*value)) : value;
+                  });
 }
 
 Rule Is(const QString& text) {
@@ -281,24 +279,26 @@ Rule Choice(const QList<QPair<QString, QString>>& choices, const QString& otherw
         words.append(QStringLiteral("\"%1\" per \"%2\"").arg(to, from));
     }
     words.append(QStringLiteral("altrimenti \"%1\"").arg(otherwise));
-    return OnText(words.join(QStringLiteral(", ")), [choices, otherwise](const QString& text) {
+    const auto choose = [choices, otherwise](const QString& text) {
         for (const auto& [from, to] : choices) {
             if (text.compare(from, Qt::CaseInsensitive) == 0) {
                 return to;
             }
         }
         return otherwise;
-    });
+    };
+    return WithDefault(OnText(words.join(QStringLiteral(", ")), choose), !choose({}).isEmpty());
 }
 
 Rule Constant(const QVariant& value) {
-    return {QStringLiteral("costante \"%1\"").arg(mod_ovTools::ToText(value)),
-            [value](const RuleInput&) { return RuleValue(value); }};
+    return WithDefault({QStringLiteral("costante \"%1\"").arg(mod_ovTools::ToText(value)),
+                        [value](const RuleInput&) { return RuleValue(value); }},
+                       !value.isNull());
 }
 
 Rule Today() {
-    return {"giorno dell'importazione",
-            [](const RuleInput& input) { return RuleValue(input.session.UserManager.DataElaborazione); }};
+    return WithDefault({"giorno dell'importazione",
+                        [](const RuleInput& input) { return RuleValue(input.session.UserManager.DataElaborazione); }});
 }
 
 Rule MomentOrNow() {
@@ -396,14 +396,13 @@ Rule Currency(const QString& table, const QString& field) {
 }
 
 Rule Exemption(const Rule& vatCode) {
-    return {vatCode.text + QStringLiteral("; solo un codice di TAB_IVA con aliquota zero"),
-            [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
-                const RuleValue code = apply(input);
-                const QString rate =
-                    code ? LookUp(input.session, "TAB_IVA", "CDIVA", code->toString(), "IVALI") : QString();
-                return rate.isEmpty() || mod_ovTools::ToDouble(rate) != 0 ? RuleValue() : code;
-            },
-            vatCode.side, vatCode.reads};
+    return Around(vatCode, vatCode.text + QStringLiteral("; solo un codice di TAB_IVA con aliquota zero"),
+                  [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
+                      const RuleValue code = apply(input);
+                      const QString rate =
+                          code ? LookUp(input.session, "TAB_IVA", "CDIVA", code->toString(), "IVALI") : QString();
+                      return rate.isEmpty() || mod_ovTools::ToDouble(rate) != 0 ? RuleValue() : code;
+                  });
 }
 
 Rule ExemptVat(const QString& table, const QString& field) {
@@ -435,39 +434,41 @@ Rule Country(const QString& table, const QString& field) {
 Rule Or(const Rule& rule, const QVariant& otherwise) {
     const QString words =
         otherwise.isNull() ? QStringLiteral("vuoto") : QString(u'"' + mod_ovTools::ToText(otherwise) + u'"');
-    Rule whole{QStringLiteral("%1; %2 se manca").arg(rule.text, words),
+    Rule whole =
+        Around(rule, QStringLiteral("%1; %2 se manca").arg(rule.text, words),
                [apply = rule.apply, otherwise](const RuleInput& input) -> RuleValue {
                    RuleValue value = apply(input);
                    return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : RuleValue(otherwise);
-               },
-               rule.side, rule.reads};
-    whole.hasDefault = !otherwise.isNull();
+               });
+    whole.hasDefault = rule.hasDefault || !otherwise.isNull();
     return whole;
 }
 
 Rule Or(const Rule& rule, const Rule& otherwise) {
-    Rule whole{QStringLiteral("%1; se manca %2").arg(rule.text, otherwise.text),
-               [apply = rule.apply, other = otherwise.apply](const RuleInput& input) -> RuleValue {
-                   RuleValue value = apply(input);
-                   return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : other(input);
-               },
-               rule.side, rule.reads + otherwise.reads};
-    whole.hasDefault = otherwise.hasDefault;
+    Rule whole = Around(rule, QStringLiteral("%1; se manca %2").arg(rule.text, otherwise.text),
+                        [apply = rule.apply, other = otherwise.apply](const RuleInput& input) -> RuleValue {
+                            RuleValue value = apply(input);
+                            return value && !mod_ovTools::ToText(*value).trimmed().isEmpty() ? value : other(input);
+                        });
+    whole.reads = rule.reads + otherwise.reads;
+    whole.elsewhere = rule.elsewhere + otherwise.elsewhere;
+    whole.isElsewhere = rule.isElsewhere && otherwise.isElsewhere;
+    whole.hasDefault = rule.hasDefault || otherwise.hasDefault;
     return whole;
 }
 
 Rule NotNull(const Rule& rule) {
-    return {rule.text + QStringLiteral("; niente se manca"),
-            [apply = rule.apply](const RuleInput& input) -> RuleValue {
-                RuleValue value = apply(input);
-                return value && value->isNull() ? RuleValue() : value;
-            },
-            rule.side, rule.reads};
+    return Around(rule, rule.text + QStringLiteral("; niente se manca"),
+                  [apply = rule.apply](const RuleInput& input) -> RuleValue {
+                      RuleValue value = apply(input);
+                      return value && value->isNull() ? RuleValue() : value;
+                  });
 }
 
 Rule NotBlank(const Rule& rule) {
-    return Only(
-        "solo se non è vuoto", [](const RuleInput& input) { return !input.Text().isEmpty(); }, rule);
+    return WithDefault(Only(
+                           "solo se non è vuoto", [](const RuleInput& input) { return !input.Text().isEmpty(); }, rule),
+                       false);
 }
 
 Rule WhenNotBlank(const QString& column, const Rule& rule) {
@@ -480,7 +481,6 @@ Rule CustomerOnly(const Rule& rule) {
     Rule only = Only(
         "solo clienti", [](const RuleInput& input) { return input.facts.roles.customer; }, rule);
     only.side = Side::Customer;
-    only.hasDefault = rule.hasDefault;
     return only;
 }
 
@@ -488,7 +488,6 @@ Rule SupplierOnly(const Rule& rule) {
     Rule only = Only(
         "solo fornitori", [](const RuleInput& input) { return input.facts.roles.supplier; }, rule);
     only.side = Side::Supplier;
-    only.hasDefault = rule.hasDefault;
     return only;
 }
 

@@ -62,10 +62,18 @@ struct Rule {
     Work apply;
     Side side;
     std::vector<TableNeed> reads; ///< of the source, beyond the row under way
-    int vital = 0;                ///< where the source lacks one of so many first columns, it says nothing
-    bool hasDefault = false;      ///< a row that says nothing gets a value of Quadrix's own, such as the usual currency
+    /// Columns beyond those of its line, of this table or another, that the value is found in as well.
+    std::vector<TableNeed> elsewhere = {};
+    bool isElsewhere = false; ///< the value is found there alone: the line's own columns lead to it
+    int vital = 0;            ///< where the source lacks one of so many first columns, it says nothing
+    bool hasDefault = false;  ///< a row that says nothing gets a value of Quadrix's own, such as the usual currency
 };
 
+/// A rule around another: what is known of that one, such as the columns that it reads and whether it has a value of
+/// Quadrix's own, is known of the whole.
+Rule Around(Rule rule, QString what, Rule::Work how);
+/// A rule that finds its value in further columns as well.
+Rule AlsoIn(std::vector<TableNeed> columns, Rule rule);
 /// A rule that says nothing where the source lacks one of its first columns, whatever the others hold.
 Rule Needing(int columns, Rule rule);
 /// A rule that has a value of Quadrix's own for a row that says nothing. @param has false where that value is blank

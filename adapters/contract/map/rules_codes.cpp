@@ -129,11 +129,13 @@ Rule Via(const QString& table, const QString& idColumn, const QString& column, c
         }
         return SourceRow(rows).Text(column);
     };
-    return {QStringLiteral("%1 della riga di %2 con quel %3: %4").arg(column, table, idColumn, rule.text),
-            [textOf, apply = rule.apply](const RuleInput& input) {
-                return apply({input.session, input.row, input.columns, input.facts, textOf(input)});
-            },
-            rule.side, std::vector<TableNeed>{{table, {idColumn, column}}} + rule.reads};
+    Rule via =
+        Around(rule, QStringLiteral("%1 della riga di %2 con quel %3: %4").arg(column, table, idColumn, rule.text),
+               [textOf, apply = rule.apply](const RuleInput& input) {
+                   return apply({input.session, input.row, input.columns, input.facts, textOf(input)});
+               });
+    via.reads = std::vector<TableNeed>{{table, {idColumn, column}}} + rule.reads;
+    return via;
 }
 
 } // namespace contract::rules

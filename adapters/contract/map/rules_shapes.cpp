@@ -66,6 +66,17 @@ std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
     }
 }
 
+Rule Around(Rule rule, QString what, Rule::Work how) {
+    rule.text = std::move(what);
+    rule.apply = std::move(how);
+    return rule;
+}
+
+Rule AlsoIn(std::vector<TableNeed> columns, Rule rule) {
+    rule.elsewhere = std::move(columns);
+    return rule;
+}
+
 Rule Needing(int columns, Rule rule) {
     rule.vital = columns;
     return rule;
@@ -79,14 +90,13 @@ Rule WithDefault(Rule rule, bool has) {
 namespace rules {
 
 Rule FirstNotBlank(const Rule& rule) {
-    return {QStringLiteral("della prima non vuota: ") + rule.text,
-            [apply = rule.apply](const RuleInput& input) {
-                const auto column = std::find_if(input.columns.begin(), input.columns.end(),
-                                                 [&input](const QString& one) { return !input.row.IsBlank(one); });
-                const QStringList chosen{column == input.columns.end() ? input.columns.first() : *column};
-                return apply({input.session, input.row, chosen, input.facts});
-            },
-            rule.side, rule.reads};
+    return Around(
+        rule, QStringLiteral("della prima non vuota: ") + rule.text, [apply = rule.apply](const RuleInput& input) {
+            const auto column = std::find_if(input.columns.begin(), input.columns.end(),
+                                             [&input](const QString& one) { return !input.row.IsBlank(one); });
+            const QStringList chosen{column == input.columns.end() ? input.columns.first() : *column};
+            return apply({input.session, input.row, chosen, input.facts});
+        });
 }
 
 Rule DigitsAsNumber() {

@@ -284,15 +284,16 @@ QStringList Consequences(const Needs& needs, const Lacks& lacks) {
     QStringList empty;
     QStringList usual;
     QStringList others;
+    const auto isMissing = [&](const QString& table, const QString& column) {
+        return std::any_of(lacks.leftOut.begin(), lacks.leftOut.end(), [&](const Lacks::Column& one) {
+            return Has({one.table}, table) && Has({one.column}, column);
+        });
+    };
     for (const Mapping* mapping : needs.mappings) {
-        const auto isMissing = [&](const QString& column) {
-            return std::any_of(lacks.leftOut.begin(), lacks.leftOut.end(), [&](const Lacks::Column& one) {
-                return Has({one.table}, mapping->sourceTable) && Has({one.column}, column);
-            });
-        };
+        const QString& own = mapping->sourceTable;
         for (const MapLine& line : mapping->lines) {
-            if (std::any_of(line.sources.begin(), line.sources.end(), isMissing)) {
-                QStringList& told = !line.IsLacking(isMissing) ? others : line.rule.hasDefault ? usual : empty;
+            if (line.IsTouched(own, isMissing)) {
+                QStringList& told = !line.IsLacking(own, isMissing) ? others : line.rule.hasDefault ? usual : empty;
                 AddOnce(told, mapping->targetTable + u'.' + line.target);
             }
         }

@@ -426,6 +426,13 @@ const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& ma
     return session.Layout == nullptr ? none : session.Layout->AddedTo(mapping);
 }
 
+bool IsLeftOut(Session& session, const QString& table, const QString& column) {
+    const auto* layout = dynamic_cast<const sources::Layout*>(session.SourceConnection().Layout.get());
+    const sources::LayoutTable* known = layout == nullptr ? nullptr : layout->Find(table);
+    const sources::LayoutTable::Column* found = known == nullptr ? nullptr : known->Find(column);
+    return found != nullptr && found->inSource.isEmpty();
+}
+
 sources::Layout& LayoutOf(ovConnection& source) {
     if (source.Layout == nullptr) {
         source.Layout = std::make_shared<sources::Layout>();

@@ -73,6 +73,9 @@ const std::vector<MapLine>& AddedLines(const Session& session, const Mapping& ma
 /// that name none, a line for each condition of the layout; none without any.
 QStringList FilterLines(Session& session, const Needs& needs);
 
+/// Whether the open source lacks a column, which is Null for that reason.
+bool IsLeftOut(Session& session, const QString& table, const QString& column);
+
 /// The names of a source that is open; made without any when it has none.
 sources::Layout& LayoutOf(ovConnection& source);
 

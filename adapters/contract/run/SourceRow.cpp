@@ -94,6 +94,12 @@ QString DayColumn(const ovConnection& source, const QString& column) {
                            : column;
 }
 
+QString NoDayOr(const ovConnection& source, const QString& column, const QString& compared, const QDate& day) {
+    const QString isBlank = source.Embedded ? QStringLiteral(" OR TRIM(%1) = ''").arg(column) : QString();
+    return QStringLiteral("(%1 IS NULL%2 OR %3 %4 %5)")
+        .arg(column, isBlank, DayColumn(source, column), compared, LiteralOf(source, day));
+}
+
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
                   const std::function<void(const SourceRow&)>& work) {
     Recordset rows = session.SourceConnection().ExecuteWC(query);

@@ -53,6 +53,10 @@ QString LiteralOf(const ovConnection& source, const QVariant& value);
 /// "2024-02-01 10:30" nor "20240201".
 QString DayColumn(const ovConnection& source, const QString& column);
 
+/// The condition on such a column that its day is not after (`"<="`) or not before (`">="`) another, or that it tells
+/// none: Null, and a blank text in a SQLite file.
+QString NoDayOr(const ovConnection& source, const QString& column, const QString& compared, const QDate& day);
+
 /// Reads the source rows that belong to the one under way, such as the rows of a document, and hands each to `work`.
 /// An `ImportError` gains the name of its row. @param table,keyColumn for that name
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,

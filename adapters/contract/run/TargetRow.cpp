@@ -172,6 +172,15 @@ TargetRow& TargetRow::SetWhenNew(QAnyStringView column, const QVariant& value) {
     return *this;
 }
 
+void TargetRow::KeepThere(const QStringList& columns) {
+    for (const QString& column : columns) {
+        if (IsSet(column)) {
+            SetWhenNew(column, Value(column));
+            Unset(column);
+        }
+    }
+}
+
 void TargetRow::Unset(QAnyStringView column) {
     const schema::Column& found = Find(column);
     if (const qint16 gone = std::exchange(m_fields[PlaceOf(found)], -1); gone >= 0) {

@@ -22,12 +22,17 @@ public:
     TargetRow& Set(QAnyStringView column, const QVariant& value) override;
     /// Sets a column that has not been set if the row is inserted; one that is there keeps what it has.
     TargetRow& SetWhenNew(QAnyStringView column, const QVariant& value);
+    /// Has a row that is there keep what it has in columns; a new one gets what they have been set to.
+    void KeepThere(const QStringList& columns);
     /// Takes back what a column was set to.
     void Unset(QAnyStringView column);
     /// Sets a column to the identity value of a new row, which may not be known yet.
     TargetRow& SetId(QAnyStringView column, const PendingRows::Id& id);
     /// What a column has been set to, also for a new row alone; none when it has not been.
     QVariant Value(QAnyStringView column) const;
+    QString Table() const { return m_table->name; }
+    /// Whether a column has been set, and not for a new row alone.
+    bool IsSet(QAnyStringView column) const { return FieldOf(Find(column)) != nullptr; }
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way. The name
     /// or description of a row that was set to nothing is told in the log: nobody will know what it is.
     void Insert() override;
@@ -43,7 +48,6 @@ private:
         return static_cast<size_t>(&column - m_table->columns.data());
     }
     const QueryField* FieldOf(const schema::Column& column) const;
-    bool IsSet(QAnyStringView column) const { return FieldOf(Find(column)) != nullptr; }
     void TellNameless() const;
     void TellInserted(const PendingRows::Id& id) const;
 

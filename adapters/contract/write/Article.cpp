@@ -45,6 +45,11 @@ bool IsImported(ImportRun& run, const QString& article, const QString& rowName) 
     return there;
 }
 
+bool IsWrittenBefore(ImportRun& run, const QString& article) {
+    Session& session = run.GetSession();
+    return run.GoesOn() && run.HasWrittenBefore(Art, IdWhere(session, Art, Equals(session, CodeColumn, article)));
+}
+
 std::vector<TableNeed> LocationNeeds() {
     return {{"UBI_MAG", {"CDMAG", "CDUBI", "UBDES"}}, {"UBI_ART", {CodeColumn, "CDUBI", "UAMAG", "UADEF"}}};
 }
@@ -97,10 +102,10 @@ void ArticleWriter::Claim(const QString& article, const QString& sourceCode) {
 namespace {
 
 /// A factor that the source tells of some articles is none of the others: that of before would make other quantities.
-void ClearFactor(const Mapping& mapping, const SourceRow& row, TargetRow& target) {
+void ClearFactor(Session& session, const Mapping& mapping, const SourceRow& row, TargetRow& target) {
     const QString factor = QStringLiteral("ARCOE");
     const bool isTold = std::any_of(mapping.lines.begin(), mapping.lines.end(), [&](const MapLine& line) {
-        return line.target == factor && !line.IsLackingIn(row);
+        return line.target == factor && !line.IsLackingIn(session, row);
     });
     if (isTold && !target.Value(factor).isValid()) {
         target.Set(factor, QVariant());
@@ -137,7 +142,7 @@ RowOutcome ArticleWriter::Write(const Mapping& mapping, const SourceRow& row, co
         if (more) {
             more(target);
         }
-        ClearFactor(mapping, row, target);
+        ClearFactor(m_run.GetSession(), mapping, row, target);
         TellCut(m_run, mapping, row, target);
         TellOther(mapping, target, facts.code);
     });
@@ -360,7 +365,7 @@ void SupplierLinks::Add(const SupplierLink& link) {
         there->hasCome = true;
         Rewrite(*there, link);
     }
-    m_hasPreferred = m_hasPreferred || link.preferred;
+    m_hasPreferred = m_hasPreferred || link.preferred.value_or(false);
 }
 
 void SupplierLinks::Insert(const SupplierLink& link) const {
@@ -369,7 +374,8 @@ void SupplierLinks::Insert(const SupplierLink& link) const {
     row.Set("CDCON", link.supplier);
     row.Set("DTINS", m_run.GetSession().UserManager.DataElaborazione);
     row.Set("ARPRZ", link.price.isNull() ? QVariant(0) : link.price);
-    row.Set("AFABI", link.preferred);
+    const bool hasOther = std::ranges::any_of(m_there, &There::isPreferred);
+    row.Set("AFABI", link.preferred.value_or(link.isFirst && !hasOther));
     const std::array values = ValuesOf(link);
     for (size_t i = 1; i < values.size(); ++i) {
         if (!values[i].isNull()) {
@@ -385,9 +391,9 @@ void SupplierLinks::Rewrite(const There& there, const SupplierLink& link) const 
         return;
     }
     TargetRow row(m_run, LinkTable);
-    bool hasChanged = there.isPreferred != link.preferred;
+    bool hasChanged = there.isPreferred != link.preferred.value_or(there.isPreferred);
     if (hasChanged) {
-        row.Set("AFABI", link.preferred);
+        row.Set("AFABI", *link.preferred);
     }
     const std::array values = ValuesOf(link);
     for (size_t i = 0; i < values.size(); ++i) {

@@ -15,6 +15,9 @@ Emptying ArticleEmptying();
 /// @param rowName the source row that names it; empty for the row under way
 bool IsImported(ImportRun& run, const QString& article, const QString& rowName = {});
 
+/// Whether the run that this one goes on with has written an article.
+bool IsWrittenBefore(ImportRun& run, const QString& article);
+
 /// What `ArticleWriter::Location` writes.
 std::vector<TableNeed> LocationNeeds();
 
@@ -38,10 +41,11 @@ struct SupplierLink {
 
     QString supplier; ///< CDCON
     QVariant price = {};
-    bool preferred = true;
+    std::optional<bool> preferred = true; ///< none: the source lacks it
     QVariant leadDays = {};
     QVariant lot = {};     ///< of a reorder
     QVariant minimum = {}; ///< order quantity
+    bool isFirst = false;  ///< of the article: the preferred one where nothing tells any
 };
 
 /// Writes articles and what hangs on them. It knows the target, never the origin.

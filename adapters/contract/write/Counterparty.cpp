@@ -35,12 +35,10 @@ QString Digits(const QString& number) {
 
 /// A rule whose column is Null where it gives nothing: what a counterparty that is there has no more.
 Rule OrNull(const Rule& rule) {
-    return {rule.text,
-            [apply = rule.apply](const RuleInput& input) {
-                RuleValue value = apply(input);
-                return value ? value : RuleValue(QVariant());
-            },
-            rule.side, rule.reads};
+    return Around(rule, rule.text, [apply = rule.apply](const RuleInput& input) {
+        RuleValue value = apply(input);
+        return value ? value : RuleValue(QVariant());
+    });
 }
 
 /// The number that a text begins with, digit by digit, without zeros that do not count; "0" when it begins with none.

@@ -117,6 +117,13 @@ QStringList WrittenColumns(const Session& session, const Mapping& mapping) {
     return columns;
 }
 
+QStringList EmptiedColumns(Session& session, const Mapping& mapping, const QStringList& further) {
+    QStringList columns = further + WrittenColumns(session, mapping);
+    const QStringList lacking = mapping.LackingColumns(session);
+    columns.removeIf([&lacking](const QString& column) { return lacking.contains(column); });
+    return columns;
+}
+
 void EmptyOthers(TargetRow& row, const QStringList& columns) {
     for (const QString& column : columns) {
         if (row.Value(column).isNull()) {
@@ -294,6 +301,46 @@ TargetRow DocumentWriter::Row(qint64 head, const DocumentHead& of, const Documen
     target.Set("DRTPM", of.cause.movement);
     target.Set("DRMAG", of.cause.warehouse);
     return target;
+}
+
+void DocumentWriter::Keep(TargetRow& target, qint64 id, DocumentRow row, const QStringList& lacking) const {
+    static const QString price = QStringLiteral("DRPRZ");
+    static const QString delivered = QStringLiteral("DRQTE");
+    static const QString state = QStringLiteral("DRSTA");
+    if (lacking.isEmpty()) {
+        return;
+    }
+    const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT DRPRZ, DRSCO, DRSC2, DRSC3, DRQTE FROM ") + m_run.FullName(m_family.row) +
+        QStringLiteral(" WHERE ") + Equals("RECORD_ID", id));
+    const SourceRow there(rows);
+    const auto keep = [&](double& value, const QString& column) {
+        value = lacking.contains(column) ? mod_ovTools::ToDouble(there.Value(column)) : value;
+    };
+    const bool isOpen = row.delivered != row.quantity;
+    const bool isAmountOfRow = target.Value("DRTOT").toDouble() == row.Amount();
+    keep(row.price, price);
+    keep(row.discounts[0], "DRSCO");
+    keep(row.discounts[1], "DRSC2");
+    keep(row.discounts[2], "DRSC3");
+    for (const QString& column : lacking) {
+        if (column != state && (isOpen || column != delivered)) { // those follow from the quantities
+            target.Unset(column);
+        }
+    }
+    if (lacking.contains(price)) {
+        target.Unset("DRPR2");
+        target.Unset("DRPRA");
+    }
+    if (isAmountOfRow) {
+        target.Set("DRTOT", row.Amount());
+        target.Set("DRTTA", row.Amount());
+    }
+    if (isOpen && lacking.contains(delivered)) {
+        keep(row.delivered, delivered);
+        target.Unset(state);
+        target.Set("DRQTD", Remaining(row));
+    }
 }
 
 /// A row of goods without a code would count as free of tax.

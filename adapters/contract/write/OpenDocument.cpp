@@ -100,6 +100,7 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
     const qint64 known = state.wasThere ? m_writer.FindImportedRow(state.id, row.number, state.written, article) : 0;
     if (known != 0) {
         EmptyOthers(target, m_options.furtherOfRow);
+        m_writer.Keep(target, known, row, m_options.lackingOfRow);
         target.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", known));
     } else {
         TellOther(state, row.number);

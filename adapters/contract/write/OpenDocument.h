@@ -24,6 +24,7 @@ public:
         /// Columns that are not written each time: of a head or row that is written over they are emptied then.
         QStringList furtherOfHead = {};
         QStringList furtherOfRow = {};
+        QStringList lackingOfRow = {}; ///< that the source lacks: a row that is written over keeps them
     };
     /// A document that has ended.
     struct Ended {

@@ -30,12 +30,13 @@ const QString LisScag = QStringLiteral("LIS_SCAG");
 
 /// What has a bill is made here, whatever its kind says.
 Rule ArticleClass() {
-    return {"\"PF\" se la prima colonna è \"PF\" o la seconda non è vuota, altrimenti \"CM\"",
-            [](const RuleInput& input) {
-                const bool isMade = input.row.Text(input.columns.first()).compare(u"PF", Qt::CaseInsensitive) == 0 ||
-                                    !input.row.IsBlank(input.columns.last());
-                return RuleValue(isMade ? "PF" : "CM");
-            }};
+    return WithDefault(Needing(
+        2,
+        {"\"PF\" se la prima colonna è \"PF\" o la seconda non è vuota, altrimenti \"CM\"", [](const RuleInput& input) {
+             const bool isMade = input.row.Text(input.columns.first()).compare(u"PF", Qt::CaseInsensitive) == 0 ||
+                                 !input.row.IsBlank(input.columns.last());
+             return RuleValue(isMade ? "PF" : "CM");
+         }}));
 }
 
 /// Families and groups are two lists of codes: each is translated under its own name.
@@ -68,23 +69,24 @@ double CostOf(Session& session, const SourceRow& row) {
 
 /// The same, for what the usual supplier asks.
 Rule Cost() {
-    return {"la prima; se è zero il SLVALUCA più alto di SALDIART, altrimenti PRCOSSTA di PAR_RIOR",
-            [](const RuleInput& input) { return RuleValue(RoundedTo(CostOf(input.session, input.row), UnitDecimals)); },
-            Side::Both,
-            {{SaldiArt, {"SLCODICE", "SLVALUCA"}}, {ParRior, {}, {"PRCOSSTA"}}}};
+    return AlsoIn(
+        {{SaldiArt, {"SLVALUCA"}}, {ParRior, {"PRCOSSTA"}}},
+        {"la prima; se è zero il SLVALUCA più alto di SALDIART, altrimenti PRCOSSTA di PAR_RIOR",
+         [](const RuleInput& input) { return RuleValue(RoundedTo(CostOf(input.session, input.row), UnitDecimals)); },
+         Side::Both,
+         {{SaldiArt, {"SLCODICE", "SLVALUCA"}}, {ParRior, {}, {"PRCOSSTA"}}}});
 }
 
 /// The price that holds today: of the first list, and of its quantities the dearest, which is that of few pieces. One
 /// that holds no more is cleared with its discounts.
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     ovConnection& source = run.GetSession().SourceConnection();
-    const QString today = LiteralOf(source, run.GetSession().UserManager.DataElaborazione);
+    const QDate today = run.GetSession().UserManager.DataElaborazione;
     const Recordset prices = source.ExecuteWC(
         "SELECT S.LIPREZZO, S.LISCONT1, S.LISCONT2, S.LISCONT3\rFROM LIS_TINI L\rINNER JOIN LIS_SCAG S ON "
         "S.LICODART = L.LICODART AND S.LIROWNUM = L.CPROWNUM\rWHERE L.LICODART = " +
-        LiteralOf(source, row.Text("ARCODART")) + "\r  AND (L.LIDATATT IS NULL OR " + DayColumn(source, "L.LIDATATT") +
-        " <= " + today + ")\r  AND (L.LIDATDIS IS NULL OR " + DayColumn(source, "L.LIDATDIS") + " >= " + today +
-        ")\rORDER BY L.LICODLIS, L.CPROWNUM, S.LIPREZZO DESC");
+        LiteralOf(source, row.Text("ARCODART")) + "\r  AND " + NoDayOr(source, "L.LIDATATT", "<=", today) + "\r  AND " +
+        NoDayOr(source, "L.LIDATDIS", ">=", today) + "\rORDER BY L.LICODLIS, L.CPROWNUM, S.LIPREZZO DESC");
     if (prices.Eof()) {
         for (const char* column : {"ARPRZ", "ARSCO", "ARSC2", "ARSC3"}) {
             target.Set(column, QVariant());
@@ -93,13 +95,17 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     }
     const SourceRow price(prices);
     target.Set("ARPRZ", RoundedTo(NumberOf(price, "LIPREZZO"), UnitDecimals));
-    target.Set("ARSCO", RoundedTo(NumberOf(price, "LISCONT1"), 2));
-    target.Set("ARSC2", RoundedTo(NumberOf(price, "LISCONT2"), 2));
-    target.Set("ARSC3", RoundedTo(NumberOf(price, "LISCONT3"), 2));
+    for (const auto& [column, discount] :
+         {std::pair{"ARSCO", "LISCONT1"}, std::pair{"ARSC2", "LISCONT2"}, std::pair{"ARSC3", "LISCONT3"}}) {
+        const double number = RoundedTo(NumberOf(price, discount), 2);
+        price.IsMissing(discount) ? target.SetWhenNew(column, number) : target.Set(column, number);
+    }
 }
 
 void SetAmounts(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    target.Set("ARCOS", RoundedTo(CostOf(run.GetSession(), row), UnitDecimals));
+    const double cost = RoundedTo(CostOf(run.GetSession(), row), UnitDecimals);
+    const bool isTold = cost != 0 || (!row.IsMissing("ARULTCOS") && !row.IsMissing("PRCOSSTA"));
+    isTold ? target.Set("ARCOS", cost) : target.SetWhenNew("ARCOS", cost);
     SetPrice(run, row, target);
     SetMarkUp(run, row, target);
 }

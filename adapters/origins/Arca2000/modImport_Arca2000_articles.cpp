@@ -42,24 +42,26 @@ QString SourceClass(const SourceRow& row) {
 
 /// Article class: what SYS_IMP says of the group; else a component for a supplier's group, a product for a customer's.
 Rule ArticleClass() {
-    return {"tradotto con SYS_IMP (magart, gruppo); \"CM\" se comincia con F, \"PF\" con C; altrimenti \"CM\", scritto "
-            "nel log",
-            [](const RuleInput& input) -> RuleValue {
-                const QString group = input.Text();
-                const QString known = modImport::GetNewCode(input.session, "magart", "gruppo", group, false);
-                if (!known.isEmpty()) {
-                    return known;
-                }
-                if (group.startsWith(u'F', Qt::CaseInsensitive)) {
-                    return "CM";
-                }
-                if (group.startsWith(u'C', Qt::CaseInsensitive)) {
-                    return "PF";
-                }
-                modImport::LogNote(input.session,
-                                   "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row));
+    Rule rule{
+        "tradotto con SYS_IMP (magart, gruppo); \"CM\" se comincia con F, \"PF\" con C; altrimenti \"CM\", scritto "
+        "nel log",
+        [](const RuleInput& input) -> RuleValue {
+            const QString group = input.Text();
+            const QString known = modImport::GetNewCode(input.session, "magart", "gruppo", group, false);
+            if (!known.isEmpty()) {
+                return known;
+            }
+            if (group.startsWith(u'F', Qt::CaseInsensitive)) {
                 return "CM";
-            }};
+            }
+            if (group.startsWith(u'C', Qt::CaseInsensitive)) {
+                return "PF";
+            }
+            modImport::LogNote(input.session,
+                               "Impossibile trovare la conversione Classe Articolo per: " + SourceClass(input.row));
+            return "CM";
+        }};
+    return WithDefault(std::move(rule));
 }
 
 /// The customer that an article belongs to: the last one who bought it, else the one of its group.

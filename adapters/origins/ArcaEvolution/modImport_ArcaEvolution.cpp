@@ -38,15 +38,16 @@ const QString SediTable = QStringLiteral("CFSede");
 
 /// The language of the counterparty, Italian when the source has none; a number that is not known is recorded.
 Rule Language() {
-    return {"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" se è vuoto; altrimenti "
-            "tradotto con SYS_IMP (CF, Id_Lingua)",
-            [](const RuleInput& input) -> RuleValue {
-                if (input.Text().isEmpty()) {
-                    return schema::defaults::Language;
-                }
-                const QString language = LanguageOf(input.session, input.Text());
-                return language.isEmpty() ? RuleValue() : RuleValue(language);
-            }};
+    Rule rule{"1040 \"IT\", 1033 \"EN\", 1031 \"DE\", 1036 \"FR\", 3082 \"ES\"; \"IT\" se è vuoto; altrimenti "
+              "tradotto con SYS_IMP (CF, Id_Lingua)",
+              [](const RuleInput& input) -> RuleValue {
+                  if (input.Text().isEmpty()) {
+                      return schema::defaults::Language;
+                  }
+                  const QString language = LanguageOf(input.session, input.Text());
+                  return language.isEmpty() ? RuleValue() : RuleValue(language);
+              }};
+    return WithDefault(std::move(rule));
 }
 
 /// Zero is no day of the month.

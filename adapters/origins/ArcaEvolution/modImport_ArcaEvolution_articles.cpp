@@ -36,12 +36,14 @@ const QString Lingue = QStringLiteral("ARLingua");
 
 /// An article that heads a bill, of a kit or a phantom, is a product.
 Rule HeadsBill() {
-    return {"\"PF\" se una è vera, altrimenti \"CM\"", [](const RuleInput& input) {
-                const bool heads = std::any_of(input.columns.begin(), input.columns.end(), [&](const QString& column) {
-                    return mod_ovTools::ToBoolean(input.row.Value(column));
-                });
-                return RuleValue(heads ? "PF" : "CM");
-            }};
+    Rule rule{"\"PF\" se una è vera, altrimenti \"CM\"", [](const RuleInput& input) {
+                  const bool heads =
+                      std::any_of(input.columns.begin(), input.columns.end(), [&](const QString& column) {
+                          return mod_ovTools::ToBoolean(input.row.Value(column));
+                      });
+                  return RuleValue(heads ? "PF" : "CM");
+              }};
+    return WithDefault(Needing(2, std::move(rule)));
 }
 
 /// The point at which an article is ordered again: its minimum stock, for the articles that are reordered below it.
@@ -187,7 +189,7 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                   {"ARUMS", "Cd_ARMisura", TranslatedOrUpper(Ar, "Cd_ARMisura", schema::defaults::Unit)},
                   {"ARIVA", "Cd_Aliquota_V", VatCode(Ar, "Cd_Aliquota_V")},
                   {"ARCAC", "Cd_CGConto_VI", Text()},
-                  {"ARMAG", "Fittizio", Not(Flag())},
+                  {"ARMAG", "Fittizio", WithDefault(Not(Flag()))},
                   {"ARSMN", "ScortaMinima", RoundedTo(6)},
                   {"ARSMX", "ScortaMassima", RoundedTo(6)},
                   {"ARPUR", "MrpPuntoRiordino, ScortaMinima", ReorderPoint()},

@@ -74,12 +74,12 @@ Field SameSubject() {
 /// An exemption, as `ExemptVat` finds it; Null for a code that is known and is none.
 Rule Exemption(const QString& table, const QString& column) {
     const Rule exempt = ExemptVat(table, column);
-    return {exempt.text,
-            [known = TranslatedOrKnown(table, column, "TAB_IVA").apply,
-             apply = exempt.apply](const RuleInput& input) -> RuleValue {
-                const RuleValue code = apply(input);
-                return code || !known(input) ? code : RuleValue(QVariant());
-            }};
+    return Around(exempt, exempt.text,
+                  [known = TranslatedOrKnown(table, column, "TAB_IVA").apply,
+                   apply = exempt.apply](const RuleInput& input) -> RuleValue {
+                      const RuleValue code = apply(input);
+                      return code || !known(input) ? code : RuleValue(QVariant());
+                  });
 }
 
 // --- Counterparties -----------------------------------------------------------------------------------------------

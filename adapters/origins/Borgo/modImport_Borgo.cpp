@@ -80,12 +80,14 @@ ImportPart PartiesWhereThereAreNone() {
 
 /// A sheet is one whatever class the source gives it.
 Rule ArticleClass() {
-    return {QStringLiteral("\"LM\" per una lamiera (prima colonna), altrimenti la classe, \"CM\" se è vuota"),
-            [isSheet = Flag().apply](const RuleInput& input) {
-                const QString own = input.row.Text(input.columns.last());
-                const bool sheet = isSheet({input.session, input.row, {input.columns.first()}, input.facts})->toBool();
-                return RuleValue(sheet ? QStringLiteral("LM") : own.isEmpty() ? QStringLiteral("CM") : own);
-            }};
+    Rule rule{
+        QStringLiteral("\"LM\" per una lamiera (prima colonna), altrimenti la classe, \"CM\" se è vuota"),
+        [isSheet = Flag().apply](const RuleInput& input) {
+            const QString own = input.row.Text(input.columns.last());
+            const bool sheet = isSheet({input.session, input.row, {input.columns.first()}, input.facts})->toBool();
+            return RuleValue(sheet ? QStringLiteral("LM") : own.isEmpty() ? QStringLiteral("CM") : own);
+        }};
+    return WithDefault(Needing(2, std::move(rule)));
 }
 
 Articles ArticoliOf() {

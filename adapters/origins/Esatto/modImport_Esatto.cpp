@@ -49,18 +49,19 @@ Rule IsOutOfUse() {
 
 /// What has a bill is made here, whatever its kind says.
 Rule ArticleClass() {
-    return {"\"PF\" se la prima colonna è 2 o DBaseVersioni ha la seconda come CodDb, altrimenti \"CM\"",
-            [](const RuleInput& input) {
-                if (input.row.Text(input.columns.first()) == u"2") {
-                    return RuleValue("PF");
-                }
-                ovConnection& source = input.session.SourceConnection();
-                const Recordset bills = source.ExecuteWC("SELECT CodDb FROM DBaseVersioni\rWHERE CodDb = " +
-                                                         LiteralOf(source, input.row.Text(input.columns.last())));
-                return RuleValue(bills.Eof() ? "CM" : "PF");
-            },
-            Side::Both,
-            {{Versioni, {"CodDb"}}}};
+    Rule rule{"\"PF\" se la prima colonna è 2 o DBaseVersioni ha la seconda come CodDb, altrimenti \"CM\"",
+              [](const RuleInput& input) {
+                  if (input.row.Text(input.columns.first()) == u"2") {
+                      return RuleValue("PF");
+                  }
+                  ovConnection& source = input.session.SourceConnection();
+                  const Recordset bills = source.ExecuteWC("SELECT CodDb FROM DBaseVersioni\rWHERE CodDb = " +
+                                                           LiteralOf(source, input.row.Text(input.columns.last())));
+                  return RuleValue(bills.Eof() ? "CM" : "PF");
+              },
+              Side::Both,
+              {{Versioni, {"CodDb"}}}};
+    return WithDefault(Needing(1, std::move(rule)));
 }
 
 /// CDCON of who has been imported from the same person in the other role: one IdAnagGen is one counterparty.
@@ -90,9 +91,9 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     ovConnection& source = run.GetSession().SourceConnection();
     const Recordset prices = source.ExecuteWC(
         "SELECT PrezzoLis FROM ListiniRighe\rWHERE CodArticolo = " + LiteralOf(source, row.Text("CodArt")) +
-        "\r  AND CodListino = " + LiteralOf(source, FirstList) +
-        "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND (DataInizio IS NULL OR " + DayColumn(source, "DataInizio") +
-        " <= " + LiteralOf(source, run.GetSession().UserManager.DataElaborazione) + ")\rORDER BY DataInizio DESC");
+        "\r  AND CodListino = " + LiteralOf(source, FirstList) + "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND " +
+        NoDayOr(source, "DataInizio", "<=", run.GetSession().UserManager.DataElaborazione) +
+        "\rORDER BY DataInizio DESC");
     target.Set("ARPRZ",
                prices.Eof() ? QVariant() : QVariant(RoundedTo(NumberOf(SourceRow(prices), "PrezzoLis"), UnitDecimals)));
     SetMarkUp(run, row, target);

@@ -26,12 +26,10 @@ namespace {
 
 /// The code that stands for none in a numbered column.
 Rule ZeroAsBlank(const Rule& rule) {
-    return {QStringLiteral("0 vale vuoto; ") + rule.text,
-            [apply = rule.apply](const RuleInput& input) {
-                const QString text = input.Text();
-                return apply({input.session, input.row, input.columns, input.facts, text == u"0" ? QString() : text});
-            },
-            rule.side, rule.reads};
+    return Around(rule, QStringLiteral("0 vale vuoto; ") + rule.text, [apply = rule.apply](const RuleInput& input) {
+        const QString text = input.Text();
+        return apply({input.session, input.row, input.columns, input.facts, text == u"0" ? QString() : text});
+    });
 }
 
 /// Town and postal code: those of the register of towns where the row names one (first source column), else its own.

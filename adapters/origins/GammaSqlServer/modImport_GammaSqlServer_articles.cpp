@@ -21,7 +21,7 @@ namespace {
 /// SYS_IMP.
 Rule ArticleClass() {
     const Rule translated = Translated(Artprod, "PD18_TIPOPROD_PD20");
-    return {
+    Rule rule{
         "\"PF\" com'è; provenienza 2 \"CM\"; \"SL\" com'è; altrimenti " + translated.text,
         [translated](const RuleInput& input) -> RuleValue {
             const QString kind = input.row.Text(input.columns.first()).toUpper();
@@ -34,6 +34,7 @@ Rule ArticleClass() {
             const QStringList only{input.columns.first()};
             return kind == u"SL" ? RuleValue(kind) : translated.apply({input.session, input.row, only, input.facts});
         }};
+    return WithDefault(Needing(2, std::move(rule)));
 }
 
 /// Prices of the first sales list.

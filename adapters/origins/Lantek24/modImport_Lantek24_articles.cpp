@@ -41,17 +41,18 @@ const QStringList& UserColumns() {
 
 /// A sheet is a sheet; what has no class in the CAM is bought; of the rest assemblies are products.
 Rule ArticleClass() {
-    return {"\"LM\" per la classe 51; \"CM\" senza classe; altrimenti \"PF\" per un assieme, \"SL\" per una parte",
-            [](const RuleInput& input) -> RuleValue {
-                const QString code = input.row.Text("DIS_PClass");
-                if (code == SheetClass) {
-                    return "LM";
-                }
-                if (code.isEmpty() || code == "0") {
-                    return "CM";
-                }
-                return mod_ovTools::ToBoolean(input.row.Value("Assembly")) ? "PF" : "SL";
-            }};
+    Rule rule{"\"LM\" per la classe 51; \"CM\" senza classe; altrimenti \"PF\" per un assieme, \"SL\" per una parte",
+              [](const RuleInput& input) -> RuleValue {
+                  const QString code = input.row.Text("DIS_PClass");
+                  if (code == SheetClass) {
+                      return "LM";
+                  }
+                  if (code.isEmpty() || code == "0") {
+                      return "CM";
+                  }
+                  return mod_ovTools::ToBoolean(input.row.Value("Assembly")) ? "PF" : "SL";
+              }};
+    return WithDefault(Needing(2, std::move(rule)));
 }
 
 /// The family is that of the product's group, else of its cost group.

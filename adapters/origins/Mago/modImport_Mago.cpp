@@ -149,13 +149,12 @@ bool SaysNotExempt(const SourceRow& row) { return row.Text("ExemptFromTax") == u
 
 /// The code (last column) of a customer whose flag (first column) does not say that he pays tax.
 Rule Exemption() {
-    return {TaxFree().text + QStringLiteral("; niente se il flag è \"0\""),
-            [](const RuleInput& input) -> RuleValue {
-                return SaysNotExempt(input.row)
-                           ? std::nullopt
-                           : TaxFree().apply({input.session, input.row, {input.columns.last()}, input.facts});
-            },
-            TaxFree().side, TaxFree().reads};
+    return Around(TaxFree(), TaxFree().text + QStringLiteral("; niente se il flag è \"0\""),
+                  [](const RuleInput& input) -> RuleValue {
+                      return SaysNotExempt(input.row)
+                                 ? std::nullopt
+                                 : TaxFree().apply({input.session, input.row, {input.columns.last()}, input.facts});
+                  });
 }
 
 // --- Hooks --------------------------------------------------------------------------------------------------------

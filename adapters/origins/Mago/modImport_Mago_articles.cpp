@@ -54,13 +54,14 @@ Rule Ratio() {
 
 Rule Class() {
     const Rule bill = OfFirst(Items, {.table = "MA_BillOfMaterials", .on = {{"BOM", "Item"}}}, "BOM", Constant("PF"));
-    return {"\"CM\" per " + Purchased +
-                "; altrimenti \"PF\" se ha una distinta in MA_BillOfMaterials, \"CM\" se non l'ha",
-            [bill](const RuleInput& input) {
-                const RuleValue heads = input.Text() == Purchased ? RuleValue() : bill.apply(input);
-                return heads ? heads : RuleValue(QStringLiteral("CM"));
-            },
-            Side::Both, bill.reads};
+    Rule rule{"\"CM\" per " + Purchased +
+                  "; altrimenti \"PF\" se ha una distinta in MA_BillOfMaterials, \"CM\" se non l'ha",
+              [bill](const RuleInput& input) {
+                  const RuleValue heads = input.Text() == Purchased ? RuleValue() : bill.apply(input);
+                  return heads ? heads : RuleValue(QStringLiteral("CM"));
+              },
+              Side::Both, bill.reads};
+    return WithDefault(std::move(rule));
 }
 
 Rule Cost() {

@@ -29,25 +29,26 @@ Rule CurrencyOfNumber(const QString& parent, const QString& column) {
 }
 
 Rule NationOf() {
-    return {"la prima tradotta con SYS_IMP (ANAGRAFICACF, NAZIONE), i codici che mancano vi si annotano; altrimenti "
-            "\"ITA\" se l'ultima è \"IT\", \"ITA\" o, come la prima, vuota, altrimenti i suoi tre caratteri",
-            [](const RuleInput& input) -> RuleValue {
-                static const QStringList italy{"IT", "ITA"};
-                const QString number = input.row.Text(input.columns.first());
-                const bool isBlank = number.isEmpty() || number == u"0";
-                const QString code =
-                    isBlank ? QString() : modImport::GetNewCode(input.session, Anagrafica, "NAZIONE", number, true);
-                if (!code.isEmpty()) {
-                    return code;
-                }
-                const bool hasIso = input.columns.size() > 1;
-                const QString iso = hasIso ? input.row.Text(input.columns.last()).toUpper() : QString();
-                if (italy.contains(iso) || (isBlank && iso.isEmpty())) {
-                    return schema::defaults::Country;
-                }
-                constexpr qsizetype codeSize = 3;
-                return iso.size() == codeSize ? RuleValue(iso) : RuleValue();
-            }};
+    Rule rule{"la prima tradotta con SYS_IMP (ANAGRAFICACF, NAZIONE), i codici che mancano vi si annotano; altrimenti "
+              "\"ITA\" se l'ultima è \"IT\", \"ITA\" o, come la prima, vuota, altrimenti i suoi tre caratteri",
+              [](const RuleInput& input) -> RuleValue {
+                  static const QStringList italy{"IT", "ITA"};
+                  const QString number = input.row.Text(input.columns.first());
+                  const bool isBlank = number.isEmpty() || number == u"0";
+                  const QString code =
+                      isBlank ? QString() : modImport::GetNewCode(input.session, Anagrafica, "NAZIONE", number, true);
+                  if (!code.isEmpty()) {
+                      return code;
+                  }
+                  const bool hasIso = input.columns.size() > 1;
+                  const QString iso = hasIso ? input.row.Text(input.columns.last()).toUpper() : QString();
+                  if (italy.contains(iso) || (isBlank && iso.isEmpty())) {
+                      return schema::defaults::Country;
+                  }
+                  constexpr qsizetype codeSize = 3;
+                  return iso.size() == codeSize ? RuleValue(iso) : RuleValue();
+              }};
+    return WithDefault(std::move(rule));
 }
 
 Join LastYear(const QStringList& columns) {

@@ -79,27 +79,29 @@ Rule NoUnit() {
 /// How much of the second unit a stock unit is.
 Rule Factor() {
     const ChildTable factors = OfArticle("ARTICOLIFATTORICONVERSIONE", "UM1, UM2");
-    return {"FATTORE della sua riga di ARTICOLIFATTORICONVERSIONE dall'unità di TIPOUM 1 a quella di TIPOUM 2; niente "
-            "se manca o è zero",
-            [units = Units(), factors, notZero = NotZero().apply](const RuleInput& input) {
-                const QHash<QString, QString> of = units.Of(input);
-                RuleValue factor;
-                factors.ForEach(input.session, input.row, [&](const SourceRow& row) {
-                    if (of.contains("2") && row.Text("UM1") == of.value("1") && row.Text("UM2") == of.value("2")) {
-                        factor = notZero({input.session, row, {"FATTORE"}, input.facts});
-                    }
-                });
-                return factor;
-            },
-            Side::Both,
-            std::vector<TableNeed>{{factors.table, {}, {"FATTORE"}}} + Units().Reads() +
-                factors.OwnNeeds(ArticoliTable).reads};
+    Rule rule{
+        "FATTORE della sua riga di ARTICOLIFATTORICONVERSIONE dall'unità di TIPOUM 1 a quella di TIPOUM 2; niente "
+        "se manca o è zero",
+        [units = Units(), factors, notZero = NotZero().apply](const RuleInput& input) {
+            const QHash<QString, QString> of = units.Of(input);
+            RuleValue factor;
+            factors.ForEach(input.session, input.row, [&](const SourceRow& row) {
+                if (of.contains("2") && row.Text("UM1") == of.value("1") && row.Text("UM2") == of.value("2")) {
+                    factor = notZero({input.session, row, {"FATTORE"}, input.facts});
+                }
+            });
+            return factor;
+        },
+        Side::Both,
+        std::vector<TableNeed>{{factors.table, {}, {"FATTORE"}}} + Units().Reads() +
+            factors.OwnNeeds(ArticoliTable).reads};
+    return AlsoIn({{factors.table, {"FATTORE"}}}, std::move(rule));
 }
 
 /// The price of a stock unit that holds today.
 Rule ListPrice() {
     const ChildTable prices = OfArticle("LISTINIARTICOLI", "NRLISTINO, DATAVALIDITA DESC");
-    return {
+    Rule rule{
         "PREZZOEURO, altrimenti PREZZO, della sua prima riga di LISTINIARTICOLI in ordine di NRLISTINO e, dall'ultima, "
         "di DATAVALIDITA, per l'unità di TIPOUM 1 o senza unità e non successiva al giorno dell'importazione",
         [units = Units(), prices, amount = FirstNotZero().apply, day = Day().apply](const RuleInput& input) {
@@ -117,6 +119,7 @@ Rule ListPrice() {
         Side::Both,
         std::vector<TableNeed>{{prices.table, {}, {"PREZZOEURO", "PREZZO", "UM"}}} + Units().Reads() +
             prices.OwnNeeds(ArticoliTable).reads};
+    return AlsoIn({{prices.table, {"PREZZOEURO", "PREZZO"}}}, std::move(rule));
 }
 
 /// A text that the long description does not hold.

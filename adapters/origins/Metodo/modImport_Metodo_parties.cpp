@@ -36,14 +36,14 @@ Rule AnyBlocked() {
 
 /// The notes of the counterparty and of its year.
 Rule BothNotes() {
-    return {"testo, e NOTE1 di ANAGRAFICARISERVATICF su un'altra riga",
-            [](const RuleInput& input) {
-                QStringList notes{input.Text(), input.row.Text("NOTE1")};
-                notes.removeAll(QString());
-                return RuleValue(notes.join(u'\n'));
-            },
-            Side::Both,
-            {{Riservati, {}, {"NOTE1"}}}};
+    return AlsoIn({{Riservati, {"NOTE1"}}}, {"testo, e NOTE1 di ANAGRAFICARISERVATICF su un'altra riga",
+                                             [](const RuleInput& input) {
+                                                 QStringList notes{input.Text(), input.row.Text("NOTE1")};
+                                                 notes.removeAll(QString());
+                                                 return RuleValue(notes.join(u'\n'));
+                                             },
+                                             Side::Both,
+                                             {{Riservati, {}, {"NOTE1"}}}});
 }
 
 /// A text that is cut, which the log tells.

@@ -48,13 +48,12 @@ const QStringList& Files() {
 
 /// Numbers of a bank that are all zeros are none.
 Rule ZerosAsBlank(const Rule& rule) {
-    return {QStringLiteral("niente se è vuoto o tutto zeri; ") + rule.text,
-            [apply = rule.apply](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                const bool isNone = std::all_of(text.begin(), text.end(), [](QChar one) { return one == u'0'; });
-                return isNone ? std::nullopt : apply(input);
-            },
-            rule.side, rule.reads};
+    return Around(rule, QStringLiteral("niente se è vuoto o tutto zeri; ") + rule.text,
+                  [apply = rule.apply](const RuleInput& input) -> RuleValue {
+                      const QString text = input.Text();
+                      const bool isNone = std::all_of(text.begin(), text.end(), [](QChar one) { return one == u'0'; });
+                      return isNone ? std::nullopt : apply(input);
+                  });
 }
 
 /// The exemption (last column) of a customer whose flag (first column) is not "N".
@@ -236,11 +235,12 @@ Articles Articoli() {
 /// A day of nines alone is no end.
 Rule LastDay() {
     const Rule day = Giorno();
-    return {day.text + QStringLiteral(", o tutto nove"), [apply = day.apply](const RuleInput& input) -> RuleValue {
-                const QString text = input.Text();
-                const bool isOpen = std::all_of(text.begin(), text.end(), [](QChar c) { return c == u'9'; });
-                return isOpen ? RuleValue(QVariant()) : apply(input);
-            }};
+    return Around(day, day.text + QStringLiteral(", o tutto nove"),
+                  [apply = day.apply](const RuleInput& input) -> RuleValue {
+                      const QString text = input.Text();
+                      const bool isOpen = std::all_of(text.begin(), text.end(), [](QChar c) { return c == u'9'; });
+                      return isOpen ? RuleValue(QVariant()) : apply(input);
+                  });
 }
 
 /// A file holds the components of every bill, each under the code of its article.
@@ -305,12 +305,13 @@ Procedure Controparti() {
 
 Rule Valuta(const QString& table) {
     const Rule currency = Currency(table, "CDVAL");
-    return {"\"EURO\" vale \"EUR\"; " + currency.text, [apply = currency.apply](const RuleInput& input) {
-                const QString text = input.Text();
-                const bool isEuro = text.compare(u"EURO", Qt::CaseInsensitive) == 0;
-                return apply(
-                    {input.session, input.row, input.columns, input.facts, isEuro ? schema::defaults::Currency : text});
-            }};
+    return Around(currency, "\"EURO\" vale \"EUR\"; " + currency.text,
+                  [apply = currency.apply](const RuleInput& input) {
+                      const QString text = input.Text();
+                      const bool isEuro = text.compare(u"EURO", Qt::CaseInsensitive) == 0;
+                      return apply({input.session, input.row, input.columns, input.facts,
+                                    isEuro ? schema::defaults::Currency : text});
+                  });
 }
 
 Rule Giorno() {

@@ -74,24 +74,26 @@ Rule BankCode(const QString& column, const QString& there, const QString& other,
     const Rule own = NotBlank(Digits(digits));
     const Rule named = OfFirst(Clifor, bank, there, own);
     const Rule otherNamed = OfFirst(Clifor, bank, otherThere, own);
-    return {QStringLiteral("%1; altrimenti %2, se %3 è vuoto o è quello di BANCHE").arg(own.text, named.text, other),
-            [=](const RuleInput& input) -> RuleValue {
-                if (const RuleValue mine = own.apply(input)) {
-                    return mine;
-                }
-                const RuleValue value = named.apply(input);
-                const RuleValue ownOther =
-                    own.apply({input.session, input.row, {other}, input.facts, input.row.Text(other)});
-                if (!value || !ownOther || ownOther == otherNamed.apply(input)) {
-                    return value;
-                }
-                modImport::LogNote(input.session,
-                                   QStringLiteral("BANCA DIVERSA: %1: %2 '%3' non è della banca '%4': '%5' resta vuoto")
-                                       .arg(input.session.Errors.RowKey(), other, ownOther->toString(),
-                                            input.row.Text("CodBanca"), column));
-                return std::nullopt;
-            },
-            Side::Both, named.reads + otherNamed.reads};
+    Rule rule{QStringLiteral("%1; altrimenti %2, se %3 è vuoto o è quello di BANCHE").arg(own.text, named.text, other),
+              [=](const RuleInput& input) -> RuleValue {
+                  if (const RuleValue mine = own.apply(input)) {
+                      return mine;
+                  }
+                  const RuleValue value = named.apply(input);
+                  const RuleValue ownOther =
+                      own.apply({input.session, input.row, {other}, input.facts, input.row.Text(other)});
+                  if (!value || !ownOther || ownOther == otherNamed.apply(input)) {
+                      return value;
+                  }
+                  modImport::LogNote(
+                      input.session,
+                      QStringLiteral("BANCA DIVERSA: %1: %2 '%3' non è della banca '%4': '%5' resta vuoto")
+                          .arg(input.session.Errors.RowKey(), other, ownOther->toString(), input.row.Text("CodBanca"),
+                               column));
+                  return std::nullopt;
+              },
+              Side::Both, named.reads + otherNamed.reads};
+    return AlsoIn(named.elsewhere, std::move(rule));
 }
 
 Branches Destinazioni() {

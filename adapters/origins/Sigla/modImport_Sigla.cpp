@@ -47,18 +47,20 @@ ChildTable OfParty(const QString& table, const QString& order) {
 /// A blank language and "I" are the company's own.
 Rule LanguageCode(const QString& table, const QString& column) {
     const Rule translated = TranslatedOr(table, column, schema::defaults::Language);
-    return {translated.text + QStringLiteral("; \"IT\" per \"I\""), [translated](const RuleInput& input) -> RuleValue {
-                return input.Text().compare(u"I", Qt::CaseInsensitive) == 0 ? RuleValue(schema::defaults::Language)
-                                                                            : translated.apply(input);
-            }};
+    return Around(translated, translated.text + QStringLiteral("; \"IT\" per \"I\""),
+                  [apply = translated.apply](const RuleInput& input) -> RuleValue {
+                      const bool isOwn = input.Text().compare(u"I", Qt::CaseInsensitive) == 0;
+                      return isOwn ? RuleValue(schema::defaults::Language) : apply(input);
+                  });
 }
 
 /// Who is not subject to VAT has an exemption, which the flag itself is translated to.
 Rule ExemptWhenNotSubject() {
     const Rule exempt = ExemptVat(Clifo, "SOGGIVA_SN");
-    return {exempt.text + QStringLiteral("; niente se non è \"N\""), [exempt](const RuleInput& input) -> RuleValue {
-                return input.Text().compare(u"N", Qt::CaseInsensitive) == 0 ? exempt.apply(input) : RuleValue();
-            }};
+    return Around(exempt, exempt.text + QStringLiteral("; niente se non è \"N\""),
+                  [apply = exempt.apply](const RuleInput& input) -> RuleValue {
+                      return input.Text().compare(u"N", Qt::CaseInsensitive) == 0 ? apply(input) : RuleValue();
+                  });
 }
 
 /// Group and family are one code.
