@@ -239,9 +239,10 @@ private slots:
                  RowOutcome::Updated);
         QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 0}), RowOutcome::Updated);
         QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 5}), RowOutcome::Inserted);
+        QCOMPARE(again.Balance({.warehouse = "001", .article = "VITE", .quantity = 6}), RowOutcome::Inserted);
         QCOMPARE(target.Rows("SELECT MRTES, MRNUM, MRART, MRUBI, MRQTA, MRVAL FROM X01_MOV_MAR ORDER BY MRNUM"),
                  QStringList({"1|1|VITE|NULL|0|0", "1|2|VITE|A1|4|2", "1|3|DADO|NULL|7|1.75", "1|4|DADO|A1|8|2",
-                              "1|5|VITE|NULL|5|2.5"}));
+                              "1|5|VITE|NULL|5|2.5", "1|6|VITE|NULL|6|3"}));
         QVERIFY(target.Left().isEmpty());
         again.TellRowsLeft();
         QCOMPARE(target.Left(), QStringList{"movimento 1/2024, magazzino '001': 2 rimangono in Quadrix"});

@@ -100,6 +100,24 @@ private slots:
                     .contains("l'esecuzione 1, che la 2 riprende, è stata"));
     }
 
+    /// Both parts of an import are one: the second knows what the first has written, up to where it goes on.
+    void knowsWhatIsWritten() {
+        Kept kept;
+        kept.Target.Person.CancelAt = 1;
+        kept.Run(); // A
+        const History history(kept.Path());
+        const auto writes = [&](const QString& table, qint64 id) {
+            const auto rest = RestOf(history, history.Load(1));
+            rest->Begin("ImportArticoliProva");
+            return rest->HasWritten(table, id);
+        };
+        QVERIFY(writes("X01_ART_ICO", 1));
+        QVERIFY(!writes("X01_ART_ICO", 2));
+        QVERIFY(!writes("X01_CON_TRO", 1));
+        history.File().Execute("UPDATE procedures SET reached_change = 0"); // it was killed in front of the row
+        QVERIFY(!writes("X01_ART_ICO", 1));
+    }
+
     /// A source that has become shorter does not pass for one that was seen whole.
     void doesNotGoOnWithFewerRows() {
         Kept kept;

@@ -160,7 +160,15 @@ void ImportRun::Finish() {
 
 bool ImportRun::IsPart() const {
     const RowSelection* rows = m_session.Selection;
-    return m_single || (rows != nullptr && (rows->Limits() || rows->ReachedBefore()));
+    return m_single || GoesOn() || (rows != nullptr && rows->Limits());
+}
+
+bool ImportRun::GoesOn() const {
+    return m_session.Selection != nullptr && m_session.Selection->ReachedBefore().has_value();
+}
+
+bool ImportRun::HasWrittenBefore(const QString& table, qint64 id) const {
+    return m_session.Selection != nullptr && m_session.Selection->HasWritten(FullName(table), id);
 }
 
 /// Rows that the run was limited to and the source did not have.

@@ -128,6 +128,11 @@ public:
     /// Whether it takes some of the source rows alone: those of a code, those that are wanted, those that an earlier
     /// run has not reached. What it does not meet may well be in the source.
     bool IsPart() const;
+    /// Whether it goes on behind an earlier run that broke off.
+    bool GoesOn() const;
+    /// Whether that one has written the row of a table (bare name) that has a RECORD_ID: together they are one import,
+    /// and what counts of rows that an import has written counts of these.
+    bool HasWrittenBefore(const QString& table, qint64 id) const;
     /// Whether source rows were given up so far.
     bool HasGivenUp() const { return m_account.Result.givenUpCount > 0; }
     /// Key of the row under way, for log lines.

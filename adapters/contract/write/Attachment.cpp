@@ -110,6 +110,11 @@ ImportingModules& AttachmentWriter::ModulesOf(const QString& table) {
     return m_modules.try_emplace(table, m_run, table, QStringLiteral("ALLEGATI")).first->second;
 }
 
+/// Whether a row of the source has attached it already.
+bool AttachmentWriter::IsOfImport(qint64 id) const {
+    return m_written.contains(id) || m_run.HasWrittenBefore(AttachmentTable, id);
+}
+
 AttachmentWriter::There AttachmentWriter::Known(const AttachedFile& file) {
     Session& session = m_run.GetSession();
     const QString name = QFileInfo(file.path).fileName();
@@ -123,7 +128,7 @@ AttachmentWriter::There AttachmentWriter::Known(const AttachedFile& file) {
         if (row.Text("ATLNK") == file.path) {
             return {.ofPath = id};
         }
-        if (ofName == 0 && IsSameCode(row.Text("ATNAM"), name) && !m_written.contains(id)) {
+        if (ofName == 0 && IsSameCode(row.Text("ATNAM"), name) && !IsOfImport(id)) {
             ofName = id;
         }
     }
@@ -163,7 +168,7 @@ RowOutcome AttachmentWriter::Write(const AttachedFile& file) {
     row.Set("ATDAT", file.day.isNull() ? QVariant(info.lastModified()) : file.day);
     row.Set("ATREV", file.revision);
     if (known != 0) {
-        if (m_written.contains(known)) {
+        if (IsOfImport(known)) {
             m_run.Log(QStringLiteral("ALLEGATO DOPPIO: %1: una riga di prima ha già collegato '%2': vale questa")
                           .arg(m_run.RowKey(), file.path));
         }

@@ -53,6 +53,7 @@ public:
     void TellLeft(const QString& table);
 
 private:
+    bool IsOfImport(qint64 id) const;
     /// RECORD_IDs of what a file may be already; 0 for none.
     struct There {
         qint64 ofPath = 0;

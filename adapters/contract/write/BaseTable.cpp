@@ -114,16 +114,19 @@ qint64 WriterByKeys::Known(const QString& table, const QString& condition) {
     const size_t hash = qHash(condition);
     const int before = m_written[hash]++;
     m_run.WhenTakenBack([this, hash] { --m_written[hash]; });
-    if (before == 0) {
+    if (before == 0 && !m_run.GoesOn()) {
         return IdWhere(session, table, condition + QStringLiteral(" ORDER BY RECORD_ID"));
     }
     Recordset rows =
         session.Quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID FROM %1 WHERE ").arg(m_run.FullName(table)) +
                                   condition + QStringLiteral(" ORDER BY RECORD_ID"));
-    for (int i = 0; i < before && !rows.Eof(); ++i) {
-        rows.MoveNext();
+    for (int behind = before; !rows.Eof(); rows.MoveNext()) {
+        const qint64 id = rows.Fields(0).Value().toLongLong();
+        if (!m_run.HasWrittenBefore(table, id) && behind-- == 0) {
+            return id;
+        }
     }
-    return rows.Eof() ? 0 : rows.Fields(0).Value().toLongLong();
+    return 0;
 }
 
 } // namespace contract

@@ -133,8 +133,13 @@ void BillWriter::Claim(const BillHead& head) {
         return;
     }
     const auto begun = m_begun.constFind(m_bill);
-    if (begun != m_begun.cend() && *begun != DigestOf(head) && !head.replaces) {
-        const QString other = LookUp(m_run.GetSession(), "DIS_BAS", "RECORD_ID", QString::number(m_bill), "IDOLD");
+    const QString other = begun != m_begun.cend() || m_run.HasWrittenBefore("DIS_BAS", m_bill)
+                              ? LookUp(m_run.GetSession(), "DIS_BAS", "RECORD_ID", QString::number(m_bill), "IDOLD")
+                              : QString();
+    // Of a key that was cut a run that has broken off keeps the beginning alone.
+    const bool isOther =
+        begun != m_begun.cend() ? *begun != DigestOf(head) : !other.isEmpty() && other != head.sourceKey.trimmed();
+    if (isOther && !head.replaces) {
         const QString revision =
             head.revision.isNull() ? QString() : QStringLiteral(", revisione %1,").arg(head.revision.toLongLong());
         throw ImportError(other == head.sourceKey.trimmed()

@@ -110,43 +110,6 @@ std::vector<TableNeed> CounterpartyNeeds() {
 
 Emptying CounterpartyEmptying() { return Truncated({"CON_TRO", "CON_RIF", "CON_SED", "NUM_TEL", "IND_WEB"}); }
 
-EarlierImports::EarlierImports(ImportRun& run)
-    : m_run(run) {
-    for (const QString& table : {ContactTable, BranchTable, Telephones, Addresses}) {
-        const Recordset last =
-            run.GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT MAX(RECORD_ID) FROM ") + run.FullName(table));
-        m_last.insert(table, last.Fields(0).Value().toLongLong());
-    }
-}
-
-void EarlierImports::Drop(const QString& party) const {
-    Session& session = m_run.GetSession();
-    const QString byImport = QStringLiteral(" AND ") + OfImports(session);
-    DropNumbers(QStringLiteral("CON_TRO"), party, byImport);
-    for (const QString& table : {ContactTable, BranchTable}) {
-        const QString earlier = Equals(session, QStringLiteral("CDCON"), party) + Earlier(table) + byImport;
-        Recordset rows = session.Quadrix.ExecuteWC(
-            QStringLiteral("SELECT RECORD_ID FROM %1 WHERE ").arg(m_run.FullName(table)) + earlier);
-        for (; !rows.Eof(); rows.MoveNext()) {
-            DropNumbers(table, mod_ovTools::ToText(rows.Fields(0).Value()), {});
-        }
-        m_run.DeleteRows(table, earlier);
-    }
-}
-
-/// @param further a condition on them, with its AND; empty for none
-void EarlierImports::DropNumbers(const QString& owner, const QString& key, const QString& further) const {
-    Session& session = m_run.GetSession();
-    for (const QString& table : {Telephones, Addresses}) {
-        m_run.DeleteRows(table, Equals(session, QStringLiteral("TBNAM"), owner) + QStringLiteral(" AND ") +
-                                    Equals(session, QStringLiteral("TBKEY"), key) + Earlier(table) + further);
-    }
-}
-
-QString EarlierImports::Earlier(const QString& table) const {
-    return QStringLiteral(" AND RECORD_ID <= ") + QString::number(m_last.value(table));
-}
-
 void SetIban(ImportRun& run, const SourceRow& /*row*/, TargetRow& party) {
     const auto text = [&party](const QString& column) { return party.Value(column).toString(); };
     if (!text("COIBA").isEmpty() || text("CONAZ") != schema::defaults::Country) {

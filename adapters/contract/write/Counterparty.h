@@ -40,7 +40,7 @@ public:
 
 private:
     void DropNumbers(const QString& owner, const QString& key, const QString& further) const;
-    QString Earlier(const QString& table) const;
+    QString Earlier(const QString& table, const QString& rows) const;
 
     ImportRun& m_run;
     QHash<QString, qint64> m_last; ///< highest RECORD_ID of each table

@@ -37,7 +37,8 @@ QString KeyOf(const FreeAttribute& attribute) {
 
 void FreeAttributeWriter::TakeAway(const FreeAttribute& attribute, qint64 known) const {
     const QString condition = Equals("RECORD_ID", known) + QStringLiteral(" AND ") + OfImports(m_run.GetSession());
-    if (known != 0 && !m_written.contains(KeyOf(attribute)) && m_run.DeleteRows(AttributeTable, condition) != 0) {
+    const bool isOfImport = m_written.contains(KeyOf(attribute)) || m_run.HasWrittenBefore(AttributeTable, known);
+    if (known != 0 && !isOfImport && m_run.DeleteRows(AttributeTable, condition) != 0) {
         m_run.Log(QStringLiteral("ATTRIBUTO TOLTO: %1: '%2' di '%3' nell'origine è vuoto")
                       .arg(m_run.RowKey(), attribute.name, attribute.key));
     }

@@ -17,7 +17,7 @@ qint64 OpenDocument::Find(const Head& head) {
 OpenDocument::State OpenDocument::Write(const QString& key, const Head& head, qint64 known) {
     const DocumentHead& fields = head.fields;
     State state{key, 0, fields, known != 0};
-    if (m_ended.contains(known)) {
+    if (m_ended.contains(known) || m_run.HasWrittenBefore(m_family.head, known)) {
         throw ImportError(QStringLiteral("%1 è già un altro documento dell'origine, che non si riscrive con questo")
                               .arg(NameOf(fields)));
     }

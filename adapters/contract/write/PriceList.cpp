@@ -263,14 +263,16 @@ RowOutcome PriceListWriter::AddScaleFrom(qint64 articleRow, const Scale& scale) 
 }
 
 PriceListWriter::Steps& PriceListWriter::StepsOf(qint64 articleRow) {
-    if (m_done.contains(articleRow)) {
-        throw ImportError(QStringLiteral("altre righe hanno già scritto i prezzi di questo listino, articolo e "
-                                         "decorrenza"));
-    }
     const auto [place, isNew] = m_steps.try_emplace(articleRow);
     if (isNew) {
-        place->second.earlier = EarlierSteps(articleRow);
         m_run.WhenTakenBack([this] { m_steps.clear(); });
+        place->second.earlier = EarlierSteps(articleRow);
+    }
+    if (m_done.contains(articleRow) || (isNew && std::ranges::any_of(place->second.earlier, [this](const Step& step) {
+                                            return m_run.HasWrittenBefore("LIS_ARS", step.id);
+                                        }))) {
+        throw ImportError(QStringLiteral("altre righe hanno già scritto i prezzi di questo listino, articolo e "
+                                         "decorrenza"));
     }
     return place->second;
 }

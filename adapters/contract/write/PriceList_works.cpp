@@ -29,7 +29,8 @@ PriceListWriter::KnownWork PriceListWriter::FindWork(const WorkPrice& price) con
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         const KnownWork known{row.Value("RECORD_ID").toLongLong(), row.Value("SCALE_ID").toLongLong()};
         const bool isExact = IsSameCode(row.Text("CDLAV"), price.work) && IsSameCode(row.Text("CDFOR"), price.supplier);
-        if (!m_worksOfRow.contains(known.price) && (isExact || !m_works.contains(known.price))) {
+        const bool isOfImport = m_works.contains(known.price) || m_run.HasWrittenBefore("LIS_LAV", known.price);
+        if (!m_worksOfRow.contains(known.price) && (isExact || !isOfImport)) {
             return known;
         }
     }

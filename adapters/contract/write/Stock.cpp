@@ -145,13 +145,15 @@ std::vector<StockWriter::Known> StockWriter::FindRows(const Movement& movement, 
         return QString(u" AND " + Equals(session, QStringLiteral("COALESCE(%1, '')").arg(column), text));
     };
     // An inventory has all of its rows in one movement: it is the article that finds few of them.
-    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MRQTA FROM " + m_run.FullName("MOV_MAR") +
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, MRQTA, MRNUM FROM " + m_run.FullName("MOV_MAR") +
                                                u" WHERE " + Equals("COALESCE(MRTES, 0)", movement.id) + u" AND " +
                                                Equals(session, "MRART", line.article) + same("MRUBI", line.location) +
                                                same("MRFMT", line.format) + same("MRSFR", line.offcut) + u" AND " +
                                                OfImports(session) + u" ORDER BY RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
-        if (const qint64 id = rows.Fields(0).Value().toLongLong(); !movement.rewritten.contains(id)) {
+        const qint64 id = rows.Fields(0).Value().toLongLong();
+        const bool isNew = rows.Fields(2).Value().toLongLong() > movement.lastBefore;
+        if (!isNew && !movement.rewritten.contains(id) && !m_run.HasWrittenBefore("MOV_MAR", id)) {
             known.push_back({id, mod_ovTools::ToDouble(rows.Fields(1).Value())});
         }
     }

@@ -267,7 +267,7 @@ private:
 /// A sheet is told by the first of its formats.
 RowOutcome SheetImporter::Row(const SourceRow& row) {
     const QString article = ArticleCodeOf(GetSession(), ArtIcol, "ARCODART", SheetOf(row.Text("ARCODART")));
-    const bool isFirst = !m_sheets.contains(article);
+    const bool isFirst = !m_sheets.contains(article) && !IsWrittenBefore(Run(), article);
     RowOutcome outcome = RowOutcome::Inserted;
     if (isFirst) {
         outcome = WriteSheet(row, article);

@@ -155,7 +155,30 @@ void RowsUnderWay::SetTotals(const SourceRow& head, const WrittenDocument& docum
     contract::SetTotals(m_run, document.family, document.id, totals);
 }
 
+/// Rows in front of an interruption whose origin has come behind it.
+void RowsUnderWay::OpenLinksBefore() {
+    Session& session = m_run.GetSession();
+    Recordset rows = session.SourceConnection().ExecuteWC(
+        "SELECT R.Id_DORig, R.Id_DORig_Evade, T.TipoDocumento, T.CliFor FROM DORig R\rJOIN DOTes T ON T.Id_DOTes = "
+        "R.Id_DOTes\rWHERE R.Id_DORig_Evade <> 0 ORDER BY R.Id_DORig");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        try {
+            const Family& family = FamilyOf(row);
+            const qint64 id = OriginRow(family, static_cast<qint64>(NumberOf(row, "Id_DORig")));
+            if (m_run.HasWrittenBefore(family.row, id) &&
+                LookUp(session, family.row, "RECORD_ID", QString::number(id), "DRORI").isEmpty()) {
+                m_openLinks.push_back({family, id, static_cast<qint64>(NumberOf(row, "Id_DORig_Evade"))});
+            }
+        } catch (const ImportError&) { // its document has been given up
+            continue;
+        }
+    }
+}
+
 void RowsUnderWay::LinkRest() {
+    if (m_run.GoesOn()) {
+        OpenLinksBefore();
+    }
     for (const OpenLink& link : m_openLinks) {
         const qint64 origin = OriginRow(link.family, link.origin);
         if (origin == 0) {

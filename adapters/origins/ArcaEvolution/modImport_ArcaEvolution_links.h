@@ -42,6 +42,7 @@ private:
         qint64 row;
         qint64 origin; ///< Id_DORig
     };
+    void OpenLinksBefore();
     qint64 OriginRow(const contract::Family& family, qint64 sourceRow);
     void TellUnlinked(const OpenLink& link) const;
 

@@ -125,24 +125,47 @@ public:
 
 private:
     void NameDrawing(const QString& article, const QString& path, const QString& revision);
+    std::optional<QString> RevisionBefore(const QString& article) const;
 
     AttachmentWriter m_writer;
-    QString m_article;  ///< of the drawing before
-    QString m_revision; ///< of the drawing that it names
+    QString m_article;                 ///< of the drawing before
+    std::optional<QString> m_revision; ///< of the drawing that it names; none: of none yet
 };
 
 /// The drawing of the last revision is the one that the article names.
 void DrawingImporter::NameDrawing(const QString& article, const QString& path, const QString& revision) {
     TargetRow target(Run(), "ART_ICO");
     target.Set("ARATT", true);
-    if (article != m_article || !IsOlder(revision, m_revision)) {
-        target.Set("ARDIS", QFileInfo(path).fileName());
-        Run().Restores(m_article);
-        Run().Restores(m_revision);
+    Run().Restores(m_article);
+    Run().Restores(m_revision);
+    if (article != m_article) {
         m_article = article;
+        m_revision = RevisionBefore(article);
+    }
+    if (!m_revision || !IsOlder(revision, *m_revision)) {
+        target.Set("ARDIS", QFileInfo(path).fileName());
         m_revision = revision;
     }
     target.Update("WHERE " + Equals(GetSession(), "CDART", article));
+}
+
+/// The last revision that came in front of an interruption; none without any.
+std::optional<QString> DrawingImporter::RevisionBefore(const QString& article) const {
+    std::optional<QString> last;
+    if (!Run().GoesOn()) {
+        return last;
+    }
+    Recordset rows = GetSession().Quadrix.ExecuteWC(QStringLiteral("SELECT RECORD_ID, ATREV FROM SYS_ATT WHERE ATTBL = "
+                                                                   "'ART_ICO' AND ") +
+                                                    Equals(GetSession(), "ATKEY", article));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        const QString revision = row.Text("ATREV");
+        if (Run().HasWrittenBefore("SYS_ATT", row.Value("RECORD_ID").toLongLong()) &&
+            (!last || IsOlder(*last, revision))) {
+            last = revision;
+        }
+    }
+    return last;
 }
 
 RowOutcome DrawingImporter::Row(const SourceRow& row) {
