@@ -316,15 +316,19 @@ void Fixture::AddStatement(const QString& statement) {
 }
 
 QStringList Fixture::TargetRows(const QSet<QString>& but) {
-    QStringList lines;
-    for (const schema::Table& table : schema::Tables()) {
-        if (m_target.Db().GetColumns(m_target.Db().GetFullTableName(table.name)).isEmpty()) {
-            continue;
+    if (m_tables.isEmpty()) {
+        for (const schema::Table& table : schema::Tables()) {
+            if (!m_target.Db().GetColumns(m_target.Db().GetFullTableName(table.name)).isEmpty()) {
+                m_tables.append(table.name);
+            }
         }
-        Recordset rows = m_target.Db().ExecuteWC("SELECT * FROM " + m_target.Db().GetFullTableName(table.name) +
+    }
+    QStringList lines;
+    for (const QString& table : std::as_const(m_tables)) {
+        Recordset rows = m_target.Db().ExecuteWC("SELECT * FROM " + m_target.Db().GetFullTableName(table) +
                                                  " ORDER BY RECORD_ID");
         for (; !rows.Eof(); rows.MoveNext()) {
-            QString line = table.name;
+            QString line = table;
             for (int i = 0; i < rows.Columns().size(); ++i) {
                 const QVariant value = rows.Fields(i).Value();
                 if (!value.isNull() && mod_ovTools::ToText(value) != "" && !but.contains(rows.Columns().at(i))) {
