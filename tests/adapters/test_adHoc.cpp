@@ -66,7 +66,6 @@ private slots:
         Row("all that have an old code", "", "3 = updated 1 + skipped 2", QStringList{"F7"});
         Row("one", "7", "1 = updated 1 + skipped 0", QStringList{"F7"});
         Row("one without a drawing", "8", "1 = updated 0 + skipped 1", QStringList());
-        Row("one without an old code", "10", "0 = updated 0 + skipped 0", QStringList());
     }
     void offcutsGetTheirDrawings() {
         QFETCH(const QString, offcut);
@@ -84,9 +83,15 @@ private slots:
                  QString("Correzzione eseguita correttamente!"));
     }
 
+    void anOffcutThatIsNotThereIsTold_data() {
+        Columns<QString>("offcut");
+        Row("none of that code", "77");
+        Row("one without an old code", "10");
+    }
     void anOffcutThatIsNotThereIsTold() {
+        QFETCH(const QString, offcut);
         Offcuts offcuts;
-        QCOMPARE(offcuts.Correct("77").sourceRows, 0);
+        QCOMPARE(offcuts.Correct(offcut).sourceRows, 0);
         QCOMPARE(offcuts.Target.Person.Messages.size(), 1);
         QCOMPARE(offcuts.Target.Person.Messages.first().text, QString("Impossibile trovare il formato!"));
     }

@@ -196,37 +196,6 @@ private slots:
         QTEST(Placed(carriers.Place(second)), "second");
     }
 
-    /// The code of the source finds what an earlier import wrote, but not what another origin wrote under that code.
-    void FindsWhatItWrote_data() {
-        Columns<QString, QString>("party", "place");
-        Row("another VAT number since", "'000009', 'Rossi', '70370370911', NULL, 'C9', NULL", "000009 known");
-        Row("another name since", "'000009', 'Rossi e figli', '99999990011', NULL, 'C9', NULL", "000009 known");
-        Row("a stranger of another origin", "'000009', 'Bianchi', '70370370911', NULL, 'C9', NULL", "000010 new");
-        Row("a supplier of that code", "'000009', 'Rossi', NULL, NULL, NULL, 'C9'", "000010 new");
-    }
-    void FindsWhatItWrote() {
-        QFETCH(const QString, party);
-        PartiesTarget target;
-        target.Party(party);
-        QTEST(Placed(CounterpartyRegister(target.Run).Place(Customer("C9", "Rossi", "99999990011"))), "place");
-        QVERIFY(target.Kinds().isEmpty());
-    }
-
-    /// Two rows of one code, in one run or in two. Nobody goes into another one untold, and another run finds
-    /// what there is.
-    void TellsRowsOfOneCode_data() {
-        Columns<SourceIdentity, SourceIdentity, TakenCode, bool, QString, QStringList>("first", "second", "usual",
-                                                                                       "isOneRun", "place", "kinds");
-        const auto supplier = [](const QString& code, const QString& name, const QString& vatNumber = {}) {
-            return SourceIdentity{"FORNITORI", "CODICE", code, RoleOf(false), name, vatNumber, {}};
-        };
-        const SourceIdentity rossi = supplier("F1", "Rossi");
-        const SourceIdentity bianchi = supplier("f1", "Bianchi");
-        const SourceIdentity numbered = supplier("F1", "Bianchi", "99999990011");
-        const SourceIdentity stranger = supplier("F1", "Rossi", "01234567890");
-        const QStringList twice{"CONTROPARTE DOPPIA"};
-        const QStringList different{"CONTROPARTI DIVERSE"};
-        const QStringList taken{"CONTROPARTI DIVERSE", "CODICE OCCUPATO"};
     /// The number of a carrier that an import has kept for all companies is perhaps another company's.
     void CarriersOfSeveralCompanies_data() {
         Columns<bool, QString, QString, bool, QString>("isAlone", "name", "user", "isCarrier", "place");
@@ -271,6 +240,37 @@ private slots:
         }
     }
 
+    /// The code of the source finds what an earlier import wrote, but not what another origin wrote under that code.
+    void FindsWhatItWrote_data() {
+        Columns<QString, QString>("party", "place");
+        Row("another VAT number since", "'000009', 'Rossi', '70370370911', NULL, 'C9', NULL", "000009 known");
+        Row("another name since", "'000009', 'Rossi e figli', '99999990011', NULL, 'C9', NULL", "000009 known");
+        Row("a stranger of another origin", "'000009', 'Bianchi', '70370370911', NULL, 'C9', NULL", "000010 new");
+        Row("a supplier of that code", "'000009', 'Rossi', NULL, NULL, NULL, 'C9'", "000010 new");
+    }
+    void FindsWhatItWrote() {
+        QFETCH(const QString, party);
+        PartiesTarget target;
+        target.Party(party);
+        QTEST(Placed(CounterpartyRegister(target.Run).Place(Customer("C9", "Rossi", "99999990011"))), "place");
+        QVERIFY(target.Kinds().isEmpty());
+    }
+
+    /// Two rows of one code, in one run or in two. Nobody goes into another one untold, and another run finds
+    /// what there is.
+    void TellsRowsOfOneCode_data() {
+        Columns<SourceIdentity, SourceIdentity, TakenCode, bool, QString, QStringList>("first", "second", "usual",
+                                                                                       "isOneRun", "place", "kinds");
+        const auto supplier = [](const QString& code, const QString& name, const QString& vatNumber = {}) {
+            return SourceIdentity{"FORNITORI", "CODICE", code, RoleOf(false), name, vatNumber, {}};
+        };
+        const SourceIdentity rossi = supplier("F1", "Rossi");
+        const SourceIdentity bianchi = supplier("f1", "Bianchi");
+        const SourceIdentity numbered = supplier("F1", "Bianchi", "99999990011");
+        const SourceIdentity stranger = supplier("F1", "Rossi", "01234567890");
+        const QStringList twice{"CONTROPARTE DOPPIA"};
+        const QStringList different{"CONTROPARTI DIVERSE"};
+        const QStringList taken{"CONTROPARTI DIVERSE", "CODICE OCCUPATO"};
         const auto next = TakenCode::Next;
         const auto update = TakenCode::Update;
         Row("the same", rossi, rossi, next, true, QString("000001 known"), twice);

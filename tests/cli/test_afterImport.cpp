@@ -94,7 +94,7 @@ private slots:
         const qsizetype open = Json(QStringList{"codes", "list"} + m_which, 4)["open"].toInteger();
         QVERIFY(open >= 3);
         const QString told = Json(QStringList{"report", "--output", Path("0.html")} + m_which, 4)["reason"].toString();
-        QVERIFY2(told.contains(QString("e %1 codici sono senza traduzione").arg(open)), qPrintable(told));
+        QVERIFY2(told.contains(QString(" %1 codici sono senza traduzione").arg(open)), qPrintable(told));
         QCOMPARE(m_run.Run(QStringList{"codes", "export", "--out", Path("codici.xlsx")} + m_which).exitCode, 0);
         Fill(Path("codici.xlsx"), Path("compilati.xlsx"), [this](QMap<QString, QString>& row) {
             const auto choices =

@@ -404,14 +404,14 @@ bool CounterpartyWriter::FillBranch(const Owner& counterparty, const TargetRow& 
 /// A branch that is there gets the codes that it lacks; false when it lacks none.
 bool CounterpartyWriter::FillMet(const Owner& met, const TargetRow& branch, const BranchSource* from) const {
     const QString where = QStringLiteral("WHERE RECORD_ID = ") + met.key;
+    const Recordset there = m_run.GetSession().Quadrix.ExecuteWC(
+        QStringLiteral("SELECT * FROM %1 ").arg(m_run.FullName(BranchTable)) + where);
+    TargetRow lacking(m_run, BranchTable);
     const auto isLacking = [&](const QString& column, const QString& code) {
         const QString now = SourceRow(there).Text(column);
         return now.isEmpty() || (from != nullptr && now.compare(code, Qt::CaseInsensitive) != 0 &&
                                  HoldsSourceCode(from->mapping, from->row, column, now));
     };
-    const Recordset there = m_run.GetSession().Quadrix.ExecuteWC(
-        QStringLiteral("SELECT * FROM %1 ").arg(m_run.FullName(BranchTable)) + where);
-    TargetRow lacking(m_run, BranchTable);
     bool lacks = false;
     for (const schema::Column& column : schema::FindTable(BranchTable)->columns) {
         const QVariant value = branch.Value(column.name);
