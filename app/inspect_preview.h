@@ -19,7 +19,7 @@ struct Preview {
     };
     std::vector<Line> lines;
     QStringList rows = {}; ///< what they are called: by their number in the file, where it numbers them
-    QString trouble; ///< why nothing can be shown; empty when something can
+    QString trouble;       ///< why nothing can be shown; empty when something can
 };
 
 /// A mapping of an origin, with the procedure that writes by it.

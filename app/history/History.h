@@ -86,7 +86,7 @@ struct Reject {
     qint64 id = 0;
     QString procedure;
     RejectedRow row;
-    qint64 importedBy = 0;    ///< the run that has imported it since; 0: none has
+    qint64 importedBy = 0;   ///< the run that has imported it since; 0: none has
     QString importedAs = {}; ///< `MendedText` of the row that it has imported; null where that is not known
 };
 /// A code without a translation, in the runs that are kept.

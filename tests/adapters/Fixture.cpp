@@ -325,8 +325,8 @@ QStringList Fixture::TargetRows(const QSet<QString>& but) {
     }
     QStringList lines;
     for (const QString& table : std::as_const(m_tables)) {
-        Recordset rows = m_target.Db().ExecuteWC("SELECT * FROM " + m_target.Db().GetFullTableName(table) +
-                                                 " ORDER BY RECORD_ID");
+        Recordset rows =
+            m_target.Db().ExecuteWC("SELECT * FROM " + m_target.Db().GetFullTableName(table) + " ORDER BY RECORD_ID");
         for (; !rows.Eof(); rows.MoveNext()) {
             QString line = table;
             for (int i = 0; i < rows.Columns().size(); ++i) {

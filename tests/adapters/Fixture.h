@@ -86,7 +86,7 @@ private:
     QString m_log;
     QMap<QString, QString> m_nextKeys; ///< on a server, by table
     bool m_tookBack = false;           ///< rows were taken back since the last transaction began
-    QStringList m_tables; ///< of the schema, that the target has
+    QStringList m_tables;              ///< of the schema, that the target has
     QStringList m_before;
     QStringList m_outcome;
 };

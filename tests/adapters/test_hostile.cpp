@@ -245,14 +245,14 @@ QStringList Expected(const QString& harmless, const QString& hostile) {
     return LinesOf(lines.join('\n'));
 }
 
-/// Addresses of the web, paths of files and VAT numbers lose some characters by a rule.
+/// Addresses of the web, paths of files and VAT numbers lose some characters by a rule: of the last, further faults of
+/// a row may be none any more.
 QString Comparable(const QString& line) {
     static const QRegularExpression lost("[-/ \\\\]");
     const bool isAddress = line.startsWith("IND_WEB ") || line.contains("ALLEGATO NON TROVATO: ") ||
                            line.contains("IMMAGINE NON TROVATA: ");
-    static const QRegularExpression counted("ha\\d+caratteri");
-    const bool isReason = line.contains("Riga abbandonata: "); // of VAT numbers, too
-    return isAddress ? QString(line).remove(lost) : isReason ? QString(line).remove(lost).remove(counted) : line;
+    const bool isReason = line.contains("Riga abbandonata: ");
+    return isAddress ? QString(line).remove(lost) : isReason ? line.section("; ", 0, 0) : line;
 }
 
 /// The first difference with what follows it, such as the error of a procedure that failed; empty when there is none.

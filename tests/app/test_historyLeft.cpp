@@ -37,8 +37,8 @@ private slots:
                     ->Message()
                     .contains("l'esecuzione 3 ha svuotato dopo la tabella X01_ART_ICO, in cui la 1 aveva scritto"));
         const auto file = Open(kept.Path()); // of a release that kept it with the results alone
-        file->ExecuteScript(
-            "DROP TABLE touched_tables; INSERT INTO imported_rejects (reject, run) VALUES (1, 2); PRAGMA user_version = 0");
+        file->ExecuteScript("DROP TABLE touched_tables; INSERT INTO imported_rejects (reject, run) VALUES (1, 2); "
+                            "PRAGMA user_version = 0");
         const History earlier(kept.Path());
         QCOMPARE(RejectsIn(earlier.Load(1)), 1);
         QVERIFY(ErrorOf([&] { RestOf(earlier, earlier.Load(1)); }).has_value());

@@ -69,7 +69,7 @@ struct Procedure {
     bool takesCode = true;     ///< whether it can be limited to a single code
     /// Whether it also reads a column, beyond those of its needs, that a table has; null: it never does.
     std::function<bool(const QString& column)> readsAlso = {};
-    QString destroys = {};     ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
+    QString destroys = {}; ///< what it deletes, for one that does nothing else: it wants a confirmation of its own
     /// The origin whose source it reads, opened with that one's settings and layout; null: its own origin's.
     const Origin* readsOf = nullptr;
 };

@@ -167,7 +167,8 @@ void RowLoop::Do(const Unit& unit) {
                 DoAgain(&unit);
                 return;
             }
-            if (const QString called = m_session.Layout ? m_session.Layout->OwnNames(m_key, error.Message()) : QString();
+            if (const QString called =
+                    m_session.Layout ? m_session.Layout->OwnNames(m_key, error.Message()) : QString();
                 !called.isEmpty()) {
                 error.AddAdvice(QStringLiteral("nella sorgente ") + called);
             }

@@ -15,8 +15,7 @@ namespace {
 const QString Spedizionieri = QStringLiteral("TABSPEDIZ");
 
 const Mapping& Vettore() {
-    static const Mapping mapping{
-        "CON_TRO", Riservati, {{"COVEP", "CODSPED", Carrier(Spedizionieri, "CODICE")}}, true};
+    static const Mapping mapping{"CON_TRO", Riservati, {{"COVEP", "CODSPED", Carrier(Spedizionieri, "CODICE")}}, true};
     return mapping;
 }
 

@@ -162,7 +162,7 @@ PriceLists ListsOf(const ListTables& tables) {
                   .step = tables.step},
         .source = {.table = tables.rows,
                    .key = "ID_LISTINO",
-                   .order = "ID_LISTINO, R_ARTICOLO, DATA_INIZ_VAL",
+                   .order = "ID_LISTINO, R_ARTICOLO, DATA_INIZ_VAL, ID_VALIDITA, ID_RIGA",
                    .where = "J1.STATO = 'V'",
                    .naming = "ID_LISTINO, ID_VALIDITA, ID_RIGA",
                    .joins = {{.table = tables.lists,
