@@ -273,7 +273,7 @@ Command ImportCommand() {
               "NUMERO"},
              {"mended",
               "Con --rejects-of: file scritto da history --rejects e corretto; si ripete. Solo le righe rimaste nei "
-              "file si importano, con i valori corretti.",
+              "file si importano, con i valori corretti, e non di nuovo quelle già importate così.",
               "FILE"},
              {"resume", "Riprende l'esecuzione con questo numero da dove si è interrotta.", "NUMERO"},
              {"reset", "Svuota le tabelle di destinazione prima di importare."},

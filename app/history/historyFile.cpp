@@ -121,8 +121,9 @@ void KeepEveryImport(ovConnection& file) {
     Transaction transaction(file);
     file.Execute(QStringLiteral("ALTER TABLE imported_rejects RENAME TO imported_once"));
     file.Execute(
-        QStringLiteral("CREATE TABLE imported_rejects (reject INTEGER, run INTEGER, PRIMARY KEY (reject, run))"));
-    file.Execute(QStringLiteral("INSERT INTO imported_rejects SELECT reject, run FROM imported_once"));
+        QStringLiteral("CREATE TABLE imported_rejects (reject INTEGER, run INTEGER, mended TEXT, PRIMARY KEY (reject, "
+                       "run))"));
+    file.Execute(QStringLiteral("INSERT INTO imported_rejects SELECT reject, run, mended FROM imported_once"));
     file.Execute(QStringLiteral("DROP TABLE imported_once"));
     transaction.Keep();
 }

@@ -294,6 +294,30 @@ private slots:
         QCOMPARE(fixture.Target().Rows(query), before);
     }
 
+    void OfAnotherArticleNothingStays_data() {
+        Columns<QString, QString, QString>("lacking", "change", "row");
+        Row("article and price", "DORig.PrezzoUnitarioV", "Cd_AR = 'AB-03'", "AB-03|0|PE|6");
+        Row("the same article", "DORig.PrezzoUnitarioV", "Riga = 1", "AB-01|100|PE|6");
+        Row("delivered, as the source tells", "DORig.QtaEvasa", "Evasa = 1, QtaEvadibile = 0", "AB-01|100|EV|0");
+    }
+    /// A row of a document keeps what the source lacks, unless it is of another article now; what the source tells
+    /// counts.
+    void OfAnotherArticleNothingStays() {
+        QFETCH(const QString, lacking);
+        QFETCH(const QString, change);
+        Fixture fixture(FixtureFolder("modImport_ArcaEvolution"), *FixtureOrigins().value("modImport_ArcaEvolution"));
+        fixture.Run();
+        fixture.RunLine("ImportDocumentiArcaEvolution");
+        fixture.WriteLayout("[COLONNE]\n" + lacking + "=\n");
+        Change(fixture, "UPDATE DORig SET " + change + " WHERE Id_DORig = 100");
+        fixture.RunLine("ImportDocumentiArcaEvolution");
+        QTEST(
+            fixture.Target()
+                .Rows("SELECT R.DRART, R.DRPRZ, R.DRSTA, R.DRQTD FROM X01_DOC_VER R WHERE R.IDTES = 4 AND R.DRNUM = 1")
+                .join(','),
+            "row");
+    }
+
     /// SQLite files that other programs make hold days as "2024-02-01", in columns of any declaration.
     void DaysOfASqliteFileMayHaveDashes_data() {
         Columns<QString, QString>("module", "columns");

@@ -87,6 +87,7 @@ private slots:
                                 "CREATE TABLE imported_rejects (reject INTEGER PRIMARY KEY, run INTEGER);\n"
                                 "INSERT INTO imported_rejects VALUES (1, 1)");
         }
+        QCOMPARE(Open(kept.Path())->GetColumns("imported_rejects").size(), 3);
         QCOMPARE(kept.Waiting(), before);
         QCOMPARE(kept.Waiting(), before);
         QCOMPARE(RejectsIn(History(kept.Target.Get()).Load(1)), 1);

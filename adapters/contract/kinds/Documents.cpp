@@ -418,9 +418,8 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     }
     values.vatCode = fields.vatCode.Text(session, row, facts);
     values.tellsVat = fields.vatCode.IsSet();
-    values.state = fields.state.IsGiven(session, row) ? fields.state.Text(session, row)
-                   : kind.isOpen                      ? StateOf(values)
-                                                      : Delivered;
+    values.tellsState = fields.state.IsGiven(session, row);
+    values.state = values.tellsState ? fields.state.Text(session, row) : kind.isOpen ? StateOf(values) : Delivered;
     return values;
 }
 

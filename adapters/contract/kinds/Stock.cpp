@@ -72,8 +72,6 @@ private:
         return qHash(mod_ovTools::UpperChars(article + QChar(u'\x1f') + location));
     }
     std::vector<Place> ChangedPlaces() const;
-    bool IsAlone() const;
-
     Locations m_declared;
     ImportingModules m_modules;
     QSet<size_t> m_articles; ///< of the run, in digests
@@ -117,29 +115,31 @@ std::vector<LocationImporter::Place> LocationImporter::ChangedPlaces() const {
     return changed;
 }
 
-/// Whether no other module gives locations, with its articles or by themselves.
-bool LocationImporter::IsAlone() const {
-    const QString locations = QStringLiteral("ubicazioni");
-    return m_modules.IsAlone(locations) && ImportingModules(Run(), QStringLiteral("ART_ICO")).IsAlone(locations);
-}
-
 /// An article has the locations that the source shows of it; what else imports have given it is none of its default
 /// ones, unless a row that was given up may have shown it. One of which the source shows none keeps what it has.
 bool LocationImporter::End() {
     if (Run().IsPart()) {
         return true;
     }
+    const QString locations = QStringLiteral("ubicazioni");
     const std::vector<Place> changed = ChangedPlaces();
-    const bool tellsGone =
-        std::any_of(changed.begin(), changed.end(), [](const Place& place) { return !place.isShown; }) && IsAlone();
+    const auto isMet = [this](const Place& place) { return m_articles.contains(DigestOf(place.article)); };
+    const auto hasGone = [&](bool ofMet) {
+        return std::any_of(changed.begin(), changed.end(),
+                           [&](const Place& place) { return !place.isShown && isMet(place) == ofMet; });
+    };
+    const bool isAlone = (hasGone(true) || hasGone(false)) && m_modules.IsAlone(locations);
+    // Those of an article that no row shows may be of who imports the articles.
+    const bool tellsOthers =
+        isAlone && hasGone(false) && ImportingModules(Run(), QStringLiteral("ART_ICO")).IsAlone(locations);
     for (const Place& place : changed) {
-        const bool isPutAside = tellsGone && !Run().HasGivenUp() && m_articles.contains(DigestOf(place.article));
-        if (place.isShown || isPutAside) {
+        const bool isGone = !place.isShown && (isMet(place) ? isAlone : tellsOthers);
+        if (place.isShown || (isGone && isMet(place) && !Run().HasGivenUp())) {
             TargetRow row(Run(), "UBI_ART");
             row.Set("UADEF", place.isShown);
             row.Update(QStringLiteral("WHERE RECORD_ID = ") + place.id);
         }
-        if (!place.isShown && tellsGone) {
+        if (isGone) {
             TellNotMetAgain(Run(), QStringLiteral("UBICAZIONI"),
                             QStringLiteral("articolo '%1', '%2'").arg(place.article, place.location), 1);
         }

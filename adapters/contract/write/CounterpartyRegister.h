@@ -181,6 +181,7 @@ private:
     bool HasDiscounts(const QString& party, const QStringList& columns) const;
     bool Revives(const SourceIdentity& source, const Party& party, bool isAgain);
     void NoteCancelled(const Party& party);
+    bool HasRowsBeside(const Party& party) const;
     void TellTwice(const QString& code) const;
     void TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const;
 

@@ -215,7 +215,7 @@ bool CounterpartyRegister::Revives(const SourceIdentity& source, const Party& pa
     if (isAgain && source.marks.cancelled == true) {
         NoteCancelled(party);
     }
-    if (isAgain && isFirst && source.marks.blocked == true && !party.isBlocked) {
+    if (isAgain && isFirst && source.marks.blocked == true && !party.isBlocked && !HasRowsBeside(party)) {
         m_run.Log(
             QStringLiteral("BLOCCATA NELL'ORIGINE: %1: la controparte %2 non è bloccata in Quadrix, e resta com'è")
                 .arg(m_run.RowKey(), party.code));
@@ -234,10 +234,14 @@ void CounterpartyRegister::NoteCancelled(const Roles& roles, const QString& code
     }
 }
 
+/// Whether the run, of some of the rows, may not meet others that the source has of a counterparty.
+bool CounterpartyRegister::HasRowsBeside(const Party& party) const {
+    return m_run.IsPart() && ((!party.customer.isEmpty() && !party.supplier.isEmpty()) ||
+                              m_joined.HasAny(true, party.code) || m_joined.HasAny(false, party.code));
+}
+
 void CounterpartyRegister::NoteCancelled(const Party& party) {
-    const bool isOfSeveral = (!party.customer.isEmpty() && !party.supplier.isEmpty()) ||
-                             m_joined.HasAny(true, party.code) || m_joined.HasAny(false, party.code);
-    if (!party.isCancelled && !(m_run.IsPart() && isOfSeveral)) {
+    if (!party.isCancelled && !HasRowsBeside(party)) {
         m_cancelled->rows.emplace_back(party.code, m_run.RowKey());
         m_run.WhenTakenBack([this] { m_cancelled->rows.pop_back(); });
     }

@@ -311,14 +311,18 @@ void DocumentWriter::Keep(TargetRow& target, qint64 id, DocumentRow row, const Q
         return;
     }
     const Recordset rows = m_run.GetSession().Quadrix.ExecuteWC(
-        QStringLiteral("SELECT DRPRZ, DRSCO, DRSC2, DRSC3, DRQTE FROM ") + m_run.FullName(m_family.row) +
+        QStringLiteral("SELECT DRART, DRPRZ, DRSCO, DRSC2, DRSC3, DRQTE FROM ") + m_run.FullName(m_family.row) +
         QStringLiteral(" WHERE ") + Equals("RECORD_ID", id));
     const SourceRow there(rows);
+    if (there.Text("DRART").compare(row.article, Qt::CaseInsensitive) != 0) {
+        return; // what it has is another article's
+    }
     const auto keep = [&](double& value, const QString& column) {
         value = lacking.contains(column) ? mod_ovTools::ToDouble(there.Value(column)) : value;
     };
     const bool isOpen = row.delivered != row.quantity;
     const bool isAmountOfRow = target.Value("DRTOT").toDouble() == row.Amount();
+    const bool isRestOfRow = target.Value("DRQTD").toDouble() == Remaining(row);
     keep(row.price, price);
     keep(row.discounts[0], "DRSCO");
     keep(row.discounts[1], "DRSC2");
@@ -338,8 +342,12 @@ void DocumentWriter::Keep(TargetRow& target, qint64 id, DocumentRow row, const Q
     }
     if (isOpen && lacking.contains(delivered)) {
         keep(row.delivered, delivered);
-        target.Unset(state);
-        target.Set("DRQTD", Remaining(row));
+        if (!row.tellsState) {
+            target.Unset(state);
+        }
+        if (isRestOfRow) {
+            target.Set("DRQTD", Remaining(row));
+        }
     }
 }
 

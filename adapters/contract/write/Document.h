@@ -109,6 +109,7 @@ struct DocumentRow {
     QString vatCode;      ///< empty: that of the article, of a row of goods
     bool tellsVat = true; ///< whether the source has VAT codes: one of the article in place of it is logged then
     QString state;
+    bool tellsState = false; ///< whether the state is the source's, and does not follow from the quantities
 
     /// Amount of the row, less its discounts, rounded to cents.
     double Amount() const;

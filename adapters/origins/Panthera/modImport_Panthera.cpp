@@ -171,7 +171,7 @@ PriceLists ListsOf(const ListTables& tables) {
                               .isOptional = false}}},
         .article = {"R_ARTICOLO", Article()},
         .prices = {{
-            .list = {"ID_LISTINO", Or(Translated(tables.lists, "ID_LISTINO"), Text())},
+            .list = {"ID_LISTINO", Or(TranslatedOrKnown(tables.lists, "ID_LISTINO", "LIS_TES"), Text())},
             .owner = {tables.party, tables.owner},
             .direction = Fixed(tables.direction),
             .description = "DESCRIZIONE",
