@@ -119,13 +119,13 @@ private slots:
     /// The source tells no phases: what somebody has made of them stays, and whom they consume.
     void phasesOfAPlannerStay_data() {
         Columns<QString, QString>("planner", "phases");
-        Row("nothing", "", "C 10, D 10, E 10");
-        Row("a further phase", "UPDATE X01_DIS_COM SET IDDBL = 100 WHERE DCART = 'C'", "C 20, D 10, E 10");
-        Row("a phase of another bill", "UPDATE X01_DIS_COM SET IDDBL = 101 WHERE DCART = 'C'", "C 10, D 10, E 10");
+        Row("nothing", "", "C|10, D|10, E|10");
+        Row("a further phase", "UPDATE X01_DIS_COM SET IDDBL = 100 WHERE DCART = 'C'", "C|20, D|10, E|10");
+        Row("a phase of another bill", "UPDATE X01_DIS_COM SET IDDBL = 101 WHERE DCART = 'C'", "C|10, D|10, E|10");
         Row("the generic one has a name",
             "UPDATE X01_DIS_FAS SET DLNOT = 'Taglio' WHERE DLSEQ = 10; "
             "UPDATE X01_DIS_COM SET IDDBL = 100 WHERE DCART = 'C'",
-            "C 20, D 10, E 10");
+            "C|20, D|10, E|10");
     }
     void phasesOfAPlannerStay() {
         QFETCH(const QString, planner);
@@ -149,7 +149,7 @@ private slots:
         import.Get().Source->Execute("INSERT INTO DISTINTE VALUES ('A', 'E')");
         procedure.run(import.Get(), {}, false);
         QTEST(import
-                  .Rows("SELECT DCART || ' ' || DLSEQ FROM X01_DIS_COM C JOIN X01_DIS_FAS F ON F.RECORD_ID = C.IDDBL "
+                  .Rows("SELECT DCART, DLSEQ FROM X01_DIS_COM C JOIN X01_DIS_FAS F ON F.RECORD_ID = C.IDDBL "
                         "ORDER BY DCART")
                   .join(", "),
               "phases");
@@ -177,10 +177,10 @@ private slots:
     /// An article has the locations that the source shows of it; what else an import has given it is told.
     void locationsFollowTheSource_data() {
         Columns<QString, QString, bool>("source", "defaults", "isTold");
-        Row("another one", "('A', 'U2')", "A U2, B U1, C HAND", true);
-        Row("two of one article", "('A', 'U1'), ('A', 'U2')", "A U1, A U2, B U1, C HAND", false);
-        Row("article that it lacks", "('B', 'U1')", "A U1, B U1, C HAND", true);
-        Row("somebody's own", "('C', 'U1')", "A U1, B U1, C HAND, C U1", true);
+        Row("another one", "('A', 'U2')", "A|U2, B|U1, C|HAND", true);
+        Row("two of one article", "('A', 'U1'), ('A', 'U2')", "A|U1, A|U2, B|U1, C|HAND", false);
+        Row("article that it lacks", "('B', 'U1')", "A|U1, B|U1, C|HAND", true);
+        Row("somebody's own", "('C', 'U1')", "A|U1, B|U1, C|HAND, C|U1", true);
     }
     void locationsFollowTheSource() {
         QFETCH(const QString, source);
@@ -192,7 +192,7 @@ private slots:
                                   .source = {.table = "POSTI", .key = "ART", .order = "ART, POSTO"},
                                   .article = {"ART", ArticleCode("POSTI", "ART")},
                                   .location = "POSTO"};
-        const QString defaults = "SELECT CDART || ' ' || CDUBI FROM X01_UBI_ART WHERE UADEF = 1 ORDER BY CDART, CDUBI";
+        const QString defaults = "SELECT CDART, CDUBI FROM X01_UBI_ART WHERE UADEF = 1 ORDER BY CDART, CDUBI";
         const Procedure procedure = ProcedureOf(std::nullopt, locations);
         procedure.run(import.Get(), {}, false);
         import.Get().Source->Execute("DELETE FROM POSTI");
@@ -203,7 +203,7 @@ private slots:
         import.Get().Source->Execute("DELETE FROM POSTI");
         import.Get().Source->Execute("INSERT INTO POSTI VALUES ('A', 'U1')");
         procedure.run(import.Get(), {}, false); // it is there again
-        QVERIFY(import.Rows(defaults).contains("A U1"));
+        QVERIFY(import.Rows(defaults).contains("A|U1"));
     }
 
     /// Numbers of branches and contacts that somebody has mended stay as they are.

@@ -20,8 +20,9 @@ inline ovConnection::StatementObserver WrittenStatements() {
     static QSet<size_t> seen;
     return [](const QString& statement) {
         // Tests alone make triggers, views, full disks, copies, lost transactions and columns that are missing, and ask
-        // how a query is run, in the words of SQLite.
-        const bool isOfTest = (statement.contains(" TRIGGER ") && !statement.startsWith("ALTER")) ||
+        // how a query is run, in the words of SQLite; days of a SQLite source are asked for in its own.
+        const bool isOfTest = statement.contains(" GLOB ") ||
+                              (statement.contains(" TRIGGER ") && !statement.startsWith("ALTER")) ||
                               statement.startsWith("PRAGMA ") || statement.startsWith("EXPLAIN ") ||
                               statement.startsWith("VACUUM ") || statement.startsWith("INSERT OR ROLLBACK ") ||
                               statement.contains(" VIEW ") || statement.contains(" RENAME COLUMN ");
