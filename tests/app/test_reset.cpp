@@ -196,13 +196,13 @@ private slots:
         const QStringList suppliers{
             "Restano righe di altre tabelle che nominano le controparti, e passano a chi avrà i "
             "loro codici: X01_ART_FOR (CDCON): 2"};
-        const QStringList articles{"for MARIO", "lng X02_ART_ICO"};
-        const QStringList parties{"tel 000002", "tel 01"};
+        const QStringList articles{"for|MARIO", "lng|X02_ART_ICO"};
+        const QStringList parties{"tel|000002", "tel|01"};
         Row("counterparties", "AnaCon", 99, ofParties + suppliers,
-            QStringList{"fld ART_ICO", "for MARIO", "for SYSTEM_IMPORT", "lng X01_ART_ICO", "lng X02_ART_ICO"} +
+            QStringList{"fld|ART_ICO", "for|MARIO", "for|SYSTEM_IMPORT", "lng|X01_ART_ICO", "lng|X02_ART_ICO"} +
                 parties);
         Row("articles", "AnaArt", 99, ofArticles,
-            QStringList("fld CON_TRO") + articles + QStringList{"tel 000001", "tel 000002", "tel 01", "tel 7"});
+            QStringList("fld|CON_TRO") + articles + QStringList{"tel|000001", "tel|000002", "tel|01", "tel|7"});
         Row("both", "AnaArt AnaCon", 99, ofArticles + ofParties, articles + parties);
         Row("cancelled at their end", "AnaArt AnaCon", 5, ofArticles + ofParties, articles + parties);
     }
@@ -231,9 +231,9 @@ private slots:
         const EmptyingResult result = ResetDatabase(target.Get(), Named(chosen));
         QTEST(result.told, "told");
         QCOMPARE(result.outcome == RunResult::Outcome::Cancelled, cancelAt < 99);
-        QTEST(target.Rows("SELECT 'tel ' || TBKEY FROM X01_NUM_TEL UNION ALL SELECT 'for ' || USINS FROM X01_ART_FOR "
-                          "UNION ALL SELECT 'lng ' || LNTBL FROM SYS_LNG UNION ALL SELECT 'fld ' || FLTAB FROM "
-                          "X01_FLD_VAL ORDER BY 1"),
+        QTEST(target.Rows("SELECT 'tel', TBKEY FROM X01_NUM_TEL UNION ALL SELECT 'for', USINS FROM X01_ART_FOR "
+                          "UNION ALL SELECT 'lng', LNTBL FROM SYS_LNG UNION ALL SELECT 'fld', FLTAB FROM "
+                          "X01_FLD_VAL ORDER BY 1, 2"),
               "left");
     }
 
