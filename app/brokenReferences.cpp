@@ -1,5 +1,6 @@
 #include "app/brokenReferences.h"
 
+#include "adapters/contract/write/Attachment.h"
 #include "app/mergeRecord.h"
 #include "core/italianText.h"
 #include "core/Schema.h"
@@ -58,7 +59,7 @@ void AddLeft(ovConnection& quadrix, const Reference& reference, const schema::Ta
 /// What of the attachments hangs on a table, all companies' together; without it where none do. An undo does not look
 /// at them: nobody can tell whose company's they are.
 std::optional<Reference> AttachmentsOf(const schema::Table& table) {
-    const QString code = table.name == u"DIS_BAS" ? QStringLiteral("DBART") : table.CodeColumn();
+    const QString code = contract::CodeOfRecords(table.name);
     return code.isEmpty() ? std::nullopt
                           : std::optional(Reference{QStringLiteral("SYS_ATT"), QStringLiteral("ATKEY"), code,
                                                     QStringLiteral("ATTBL")});

@@ -420,43 +420,6 @@ INSERT INTO BANCHE VALUES ('B1', 'Uno', NULL), ('B2', 'Due', 'IT60 X054'), ('B3'
         QCOMPARE(bank.Text(import.Get(), SourceRow(source)), QString());
     }
 
-    /// Without a code of its own a row is found again by its keys; one of an article that is not there stays behind.
-    void rowsFoundByTheirKeys() {
-        Trial import(R"(
-CREATE TABLE CONTROLLI (ARTICOLO VARCHAR(10), FASE VARCHAR(5), NUM INT, MASSIMO REAL);
-INSERT INTO CONTROLLI VALUES ('AB', '10', 1, 2.5), ('AB', NULL, 1, 3), ('AB', '10', 2, 4), ('ZZ', '10', 1, 1);
-CREATE TABLE LETTERE (CLIENTE VARCHAR(8), ANNO INT, NUMERO VARCHAR(8), FINO VARCHAR(10));
-INSERT INTO LETTERE VALUES ('C1', 2024, '12', '2024-12-31'), ('C9', 2024, '13', NULL), ('C1', 2025, '12', NULL);
-)");
-        import.Execute("INSERT INTO X01_ART_ICO (CDART) VALUES ('AB')");
-        import.Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE) VALUES ('000001', 'C1')");
-        const BaseTable checks{.frame = FrameNamed("ImportControlli"),
-                               .source = {.table = "CONTROLLI", .key = "ARTICOLO", .order = "ARTICOLO, NUM"},
-                               .target = "CHK_LST",
-                               .lines = {{"CDART", "ARTICOLO", ArticleCode("CONTROLLI", "ARTICOLO")},
-                                         {"CKFAS", "FASE", NotBlank(Text())},
-                                         {"CKSEQ", "NUM", RoundedTo(0)},
-                                         {"CKMAX", "MASSIMO", RoundedTo(6)}},
-                               .keys = {"CDART", "CKFAS", "CKSEQ"}};
-        const BaseTable letters{.frame = FrameNamed("ImportLettere"),
-                                .source = {.table = "LETTERE", .key = "NUMERO", .order = "ANNO, NUMERO"},
-                                .target = "DIC_INT",
-                                .lines = {{"DICON", "CLIENTE", CustomerOf()},
-                                          {"DIANN", "ANNO", RoundedTo(0)},
-                                          {"DINUM", "NUMERO", Text()},
-                                          {"DIVAL", "FINO", Day()}},
-                                .keys = {"DICON", "DIANN", "DINUM"}};
-        const QString rows = "SELECT CDART, CKFAS, CKSEQ, CKMAX FROM X01_CHK_LST UNION ALL SELECT DICON, DINUM, DIANN, "
-                             "DIVAL FROM X01_DIC_INT";
-        const RunResult result =
-            import.Run(ProcedureOf(std::nullopt, FrameNamed("Import"), {PartOf(checks), PartOf(letters)}), rows);
-        QCOMPARE(import.Rows(rows), QStringList({"AB|10|1|2.5", "AB|NULL|1|3", "AB|10|2|4",
-                                                 "000001|12|2024|20241231 00:00:00", "000001|12|2025|NULL"}));
-        QVERIFY(import.Again);
-        QCOMPARE(result.skippedBy.keys(), QStringList({"articolo non trovato"}));
-        QCOMPARE(result.givenUpCount, 1);
-    }
-
     void partsThatAreNotReached_data() {
         Columns<bool>("limited");
         Row("of all rows", false);

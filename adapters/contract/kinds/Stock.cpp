@@ -72,6 +72,7 @@ private:
         return qHash(mod_ovTools::UpperChars(article + QChar(u'\x1f') + location));
     }
     std::vector<Place> ChangedPlaces() const;
+
     Locations m_declared;
     ImportingModules m_modules;
     QSet<size_t> m_articles; ///< of the run, in digests

@@ -47,9 +47,12 @@ void ApplyLines(const std::vector<MapLine>& lines, TargetRow& target, Session& s
                 const Facts& facts, Faults& faults) {
     for (const MapLine& line : lines) {
         try {
-            if (const RuleValue value = line.ValueOf(session, row, facts)) {
-                line.IsLackingIn(session, row) ? target.SetWhenNew(line.target, *value)
-                                               : target.Set(line.target, *value);
+            const bool isLacking = line.IsLackingIn(session, row);
+            if (isLacking && !line.rule.hasDefault) {
+                continue;
+            }
+            if (const RuleValue value = line.rule.apply({session, row, line.sources, facts})) {
+                isLacking ? target.SetWhenNew(line.target, *value) : target.Set(line.target, *value);
             }
         } catch (const ImportError& fault) {
             faults.Take(fault, line);

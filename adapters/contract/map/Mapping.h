@@ -45,14 +45,14 @@ struct Mapping {
     bool isOfKeys = false;
 
     /// Sets every column whose rule gives a value, then those that the layout of the source adds. What the source lacks
-    /// is left out, but for values of Quadrix's own in a new row. The `ImportError`s
-    /// of rules and of values that do not fit become one, each with the name of its source column.
+    /// is left out, but for values of Quadrix's own in a new row. The `ImportError`s of rules and of values that do not
+    /// fit become one, of five at the most, each with the name of its source column.
     void Apply(TargetRow& target, Session& session, const SourceRow& row, const Facts& facts) const;
     /// Source columns that are read, each once.
     QStringList SourceColumns() const;
     /// Target columns that are written.
     QStringList TargetColumns() const;
-    /// Those among them that the open source lacks what to write into.
+    /// Those among them whose columns the open source lacks.
     QStringList LackingColumns(Session& session) const;
     /// The mapping as a Markdown table: target, source, rule.
     QString Page() const;

@@ -2,7 +2,6 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/otherCompanies.h"
-#include "adapters/contract/write/noLongerThere.h"
 #include "adapters/sourceSettings.h"
 #include "core/wholeSettings.h"
 #include "sql/codeAsked.h"
@@ -18,11 +17,6 @@ namespace {
 const QString AttachmentTable = QStringLiteral("SYS_ATT");
 const QString KeyColumn = QStringLiteral("ATKEY");
 const QString Elsewhere = QStringLiteral("file su un altro computer");
-
-/// The column with the code that files hang on: a bill has none but that of its article.
-QString CodeOfRecords(const QString& table) {
-    return table == u"DIS_BAS" ? QStringLiteral("DBART") : schema::FindTable(table)->CodeColumn();
-}
 
 bool IsWithin(const QString& folder, const QString& path) {
     const QString whole = QDir::cleanPath(QString(folder).replace(u'\\', u'/'));
@@ -71,6 +65,10 @@ Emptying AttachmentEmptying(const QString& table) {
     emptying.front().records = table;
     emptying.front().code = CodeOfRecords(table);
     return emptying;
+}
+
+QString CodeOfRecords(const QString& table) {
+    return table == u"DIS_BAS" ? QStringLiteral("DBART") : schema::FindTable(table)->CodeColumn();
 }
 
 QString AttachmentFolder(Session& session) {
@@ -187,7 +185,7 @@ void AttachmentWriter::TellLeft(const QString& table) {
         return;
     }
     Session& session = m_run.GetSession();
-    std::vector<QString> left;
+    QStringList left;
     Recordset rows = session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT RECORD_ID, ATKEY, ATNAM FROM %1 WHERE ").arg(AttachmentTable) +
         Equals(session, "ATTBL", table) + QStringLiteral(" AND ") + OfImports(session) + QStringLiteral(" AND ") +
@@ -196,16 +194,11 @@ void AttachmentWriter::TellLeft(const QString& table) {
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         const qint64 id = row.Value("RECORD_ID").toLongLong();
         if (!m_written.contains(id) && !m_ofMissing.contains(id)) {
-            left.push_back(QStringLiteral("%1 '%2', '%3'").arg(table, row.Text(KeyColumn), row.Text("ATNAM")));
+            left.append(QStringLiteral("%1 '%2', '%3'").arg(table, row.Text(KeyColumn), row.Text("ATNAM")));
         }
     }
     rows.Close();
-    if (left.empty() || !ModulesOf(table).IsAlone(QStringLiteral("allegati"))) {
-        return;
-    }
-    for (const QString& one : left) {
-        TellNotMetAgain(m_run, QStringLiteral("ALLEGATI"), one, 1);
-    }
+    ModulesOf(table).TellLeft(QStringLiteral("ALLEGATI"), QStringLiteral("allegati"), left);
 }
 
 std::vector<TableNeed> ImageNeeds() { return {{"IMA_GES", {"TBNAM", "TBKEY", "IMIMG"}}}; }

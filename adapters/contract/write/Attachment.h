@@ -28,6 +28,10 @@ struct AttachedFile {
     QVariant day = {}; ///< Null: that of the file
 };
 
+/// The column with the code that files hang on in a table (bare name): a bill has none but that of its article. Empty
+/// for a table whose rows have no code.
+QString CodeOfRecords(const QString& table);
+
 /// The folder of the settings (SourcePathAttachArticoli) in which the files of the source are; empty when they tell
 /// none.
 QString AttachmentFolder(Session& session);

@@ -4,7 +4,6 @@
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/ImportingModules.h"
 #include "adapters/contract/write/missingCodes.h"
-#include "adapters/contract/write/noLongerThere.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
@@ -96,16 +95,11 @@ void WriterByKeys::TellLeft(const QString& table, const QSet<QString>& but) cons
             keys.append(QStringLiteral("%1 '%2'").arg(key, row.Text(key)));
         }
         if (!isLeftOut) {
-            left.append(keys.join(QStringLiteral(", ")));
+            left.append(table + QStringLiteral(", ") + keys.join(QStringLiteral(", ")));
         }
     }
     rows.Close();
-    if (left.isEmpty() || !ImportingModules(m_run, table).IsAlone(table)) {
-        return;
-    }
-    for (const QString& one : std::as_const(left)) {
-        TellNotMetAgain(m_run, QStringLiteral("RIGHE"), table + QStringLiteral(", ") + one, 1);
-    }
+    ImportingModules(m_run, table).TellLeft(QStringLiteral("RIGHE"), table, left);
 }
 
 /// RECORD_ID of the row that the one under way is; 0 for a new one.

@@ -314,7 +314,7 @@ void DocumentWriter::Keep(TargetRow& target, qint64 id, DocumentRow row, const Q
         QStringLiteral("SELECT DRART, DRPRZ, DRSCO, DRSC2, DRSC3, DRQTE FROM ") + m_run.FullName(m_family.row) +
         QStringLiteral(" WHERE ") + Equals("RECORD_ID", id));
     const SourceRow there(rows);
-    if (there.Text("DRART").compare(row.article, Qt::CaseInsensitive) != 0) {
+    if (!IsSameCode(there.Text("DRART"), row.article)) {
         return; // what it has is another article's
     }
     const auto keep = [&](double& value, const QString& column) {

@@ -143,8 +143,8 @@ public:
     /// A row of a head: what the fields tell, description and units of its article, its amount; further columns may
     /// follow before it is inserted.
     TargetRow Row(qint64 head, const DocumentHead& of, const DocumentRow& row) const;
-    /// Has a row that is there keep what the source lacks, its amount and remaining quantity with it.
-    /// @param lacking its columns
+    /// Has a row that is there keep what the source lacks, its amount and remaining quantity with it; one of another
+    /// article keeps nothing. @param row as the source tells it @param lacking columns that the source lacks
     void Keep(TargetRow& target, qint64 id, DocumentRow row, const QStringList& lacking) const;
     /// RECORD_ID of a row of a head by its number, of an import where one has written it; 0 when there is none.
     /// @param but rows that have been rewritten already: a number may come twice
@@ -185,7 +185,7 @@ private:
 
 /// The columns that a mapping writes, with those that the layout of the source adds.
 QStringList WrittenColumns(const Session& session, const Mapping& mapping);
-/// The same, and further ones, but for those that the open source lacks what to write into: what was there stays.
+/// The same, and further ones, but for those whose columns the open source lacks: what was there stays.
 QStringList EmptiedColumns(Session& session, const Mapping& mapping, const QStringList& further = {});
 /// Sets those of the columns to Null that nothing has been set to: of a row that is written over, what was there before
 /// does not stay.

@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/SourceRow.h"
+#include "adapters/contract/write/noLongerThere.h"
 
 namespace contract {
 
@@ -55,6 +56,15 @@ bool ImportingModules::IsAlone(const QString& what) const {
                 .arg(what, others.join(QStringLiteral(", "))));
     }
     return others.isEmpty();
+}
+
+void ImportingModules::TellLeft(const QString& kind, const QString& what, const QStringList& left) const {
+    if (left.isEmpty() || !IsAlone(what)) {
+        return;
+    }
+    for (const QString& one : left) {
+        TellNotMetAgain(m_run, kind, one, 1);
+    }
 }
 
 } // namespace contract

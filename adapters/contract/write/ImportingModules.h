@@ -20,6 +20,9 @@ public:
     /// Whether no other module imports into the table, so that what the run has not met is of its own origin. Else one
     /// line of log and result tells that it is not looked for. @param what the rows, in the operator's words
     bool IsAlone(const QString& what) const;
+    /// Tells of what earlier imports have written and the run has not met, each by itself (`TellNotMetAgain`), unless
+    /// another module imports it too. @param kind in capitals, e.g. "RIGHE" @param what as above
+    void TellLeft(const QString& kind, const QString& what, const QStringList& left) const;
 
 private:
     QString List() const { return m_run.FullName(m_table); }
