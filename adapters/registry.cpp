@@ -1,5 +1,7 @@
 #include "adapters/registry.h"
 
+#include <array>
+
 // clang-format off
 /// The origins in the order of the window's list, a line for each: its module and the entry there (a module may have
 /// several).
@@ -77,6 +79,7 @@ QUADRIX_ORIGINS(DECLARE_ENTRY)
 QUADRIX_SECOND_SOURCES(DECLARE_ENTRY)
 
 #define ENTRY(module, entry) &modImport_##module::entry(),
+#define MAKER(module, entry) &modImport_##module::entry,
 
 namespace registry {
 
@@ -96,12 +99,15 @@ std::vector<const contract::Origin*> All() {
     return all;
 }
 
+/// Who looks for one origin does not wait until all are made.
 const contract::Origin* Find(const QString& name) {
-    const auto all = All();
-    const auto found = std::find_if(all.begin(), all.end(), [&name](const contract::Origin* origin) {
-        return origin->name.compare(name, Qt::CaseInsensitive) == 0;
-    });
-    return found == all.end() ? nullptr : *found;
+    static constexpr std::array makers{QUADRIX_ORIGINS(MAKER) QUADRIX_SECOND_SOURCES(MAKER)};
+    for (const auto& make : makers) {
+        if (const contract::Origin& origin = make(); origin.name.compare(name, Qt::CaseInsensitive) == 0) {
+            return &origin;
+        }
+    }
+    return nullptr;
 }
 
 } // namespace registry

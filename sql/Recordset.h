@@ -40,6 +40,8 @@ public:
         return {*m_cursor, column};
     }
     Field Fields(int index) const;
+    /// The value of a column (from 0) that is known to be there, while there is a row.
+    QVariant ValueAt(int index) const { return m_cursor->Value(index); }
     /// Same as `Fields(name).Value()`.
     QVariant Value(QAnyStringView name) const { return Fields(name).Value(); }
 

@@ -109,13 +109,15 @@ QDate ScanPacked(Scanner& scanner) {
     return {year, month, scanner.Take(2)};
 }
 
+/// Whether a day is one that databases hold; a year below 100 is two digits that lost their century.
+bool IsHeld(const QDate& date) {
+    static const QDate first(100, 1, 1);
+    static const QDate last(9999, 12, 31);
+    return date.isValid() && date >= first && date <= last;
+}
+
 std::optional<QDateTime> Combine(const QDate& date, const QTime& time) {
-    constexpr int firstYear = 100; // a year below is two digits that lost their century
-    constexpr int lastYear = 9999;
-    if (!date.isValid() || !time.isValid() || date.year() < firstYear || date.year() > lastYear) {
-        return std::nullopt;
-    }
-    return QDateTime(date, time, Qt::UTC);
+    return IsHeld(date) && time.isValid() ? std::optional(QDateTime(date, time, Qt::UTC)) : std::nullopt;
 }
 
 std::optional<QDateTime> ReadDateText(QStringView text) {
@@ -165,8 +167,11 @@ std::optional<QDateTime> ReadDate(const QVariant& value) {
     case QMetaType::QTime:
         return Combine(ZeroDate(), value.toTime());
     case QMetaType::QDateTime: {
-        const QDateTime dateTime = value.toDateTime();
-        return Combine(dateTime.date(), dateTime.time());
+        const auto& moment = *static_cast<const QDateTime*>(value.constData());
+        if (moment.timeSpec() == Qt::UTC) {
+            return moment.isValid() && IsHeld(moment.date()) ? std::optional(moment) : std::nullopt;
+        }
+        return Combine(moment.date(), moment.time());
     }
     default:
         break;

@@ -41,7 +41,10 @@ QString UpperChars(QString text) {
     const auto mayChange = [](QChar c) { return c >= u'a' && (c <= u'z' || c >= u'\x80'); };
     if (std::any_of(text.cbegin(), text.cend(), mayChange)) {
         for (QChar& character : text) {
-            character = character.toUpper();
+            const bool isPlain = character < u'\x80';
+            character = !isPlain                                 ? character.toUpper()
+                        : character >= u'a' && character <= u'z' ? QChar(character.unicode() - (u'a' - u'A'))
+                                                                 : character;
         }
     }
     return text;

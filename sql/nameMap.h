@@ -4,6 +4,8 @@
 #include <QString>
 
 #include <algorithm>
+#include <cstring>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -64,10 +66,21 @@ private:
             if (entry == None) {
                 return nullptr;
             }
-            const QString& known = m_entries[entry].first;
-            if (known.size() == size && std::equal(name, name + size, known.utf16())) {
+            if (IsSame(m_entries[entry].first, name, size)) {
                 return &m_entries[entry].second;
             }
+        }
+    }
+    template<class Unit>
+    static bool IsSame(const QString& known, const Unit* name, qsizetype size) {
+        if (known.size() != size) {
+            return false;
+        }
+        const QChar* units = known.constData();
+        if constexpr (std::is_same_v<Unit, char16_t>) {
+            return std::memcmp(units, name, static_cast<size_t>(size) * sizeof(Unit)) == 0;
+        } else {
+            return std::equal(name, name + size, units, [](Unit a, QChar b) { return a == b.unicode(); });
         }
     }
     const Value* FindIn(QStringView name) const { return FindUnits(name.utf16(), name.size()); }

@@ -28,7 +28,7 @@ void ovErrors::Keep(const ErrorEntry& entry) {
 ErrorEntry ovErrors::MakeEntry(const std::exception& error) const {
     ErrorEntry entry;
     entry.time = Now();
-    entry.rowKey = m_rowKey;
+    entry.rowKey = RowKey();
     entry.message = MessageOf(error);
     if (const auto* ours = dynamic_cast<const Error*>(&error); ours != nullptr && !ours->RowKey().isEmpty()) {
         entry.rowKey = ours->RowKey();
@@ -107,12 +107,12 @@ void ovErrors::Decide(Error& error, int attempt, bool mayBeDone) {
     if (answer == ErrorAnswer::IgnoreAll) {
         Action = ErrorAction::Ignore;
     }
-    if (answer != ErrorAnswer::Abort && m_inRow) {
+    if (answer != ErrorAnswer::Abort && InRow()) {
         Keep(entry);
         throw RowGivenUp(entry.message);
     }
-    if (m_inRow) {
-        error.SetRowKey(m_rowKey);
+    if (InRow()) {
+        error.SetRowKey(RowKey());
     }
     if (asks) {
         error.SetShown();
@@ -122,19 +122,17 @@ void ovErrors::Decide(Error& error, int attempt, bool mayBeDone) {
 
 ovErrors::Row::Row(ovErrors& errors, const QString& key)
     : m_errors(errors),
-      m_outerKey(errors.m_rowKey),
-      m_outer(errors.m_inRow) {
-    m_errors.m_rowKey = VisibleLine(key);
-    if (!m_outer) {
-        m_errors.m_wholeRowKey = m_errors.m_rowKey;
-    }
-    m_errors.m_inRow = true;
-}
+      m_outer(std::exchange(errors.m_row, this)),
+      m_key(key) {}
 
-ovErrors::Row::~Row() {
-    m_errors.m_rowKey = m_outerKey;
-    if (!m_outer) {
-        m_errors.m_wholeRowKey.clear();
-    }
-    m_errors.m_inRow = m_outer;
+ovErrors::Row::Row(ovErrors& errors, std::function<QString()> key)
+    : m_errors(errors),
+      m_outer(std::exchange(errors.m_row, this)),
+      m_makeKey(std::move(key)) {}
+
+ovErrors::Row::~Row() { m_errors.m_row = m_outer; }
+
+QString ovErrors::Row::Key() const {
+    const QString key = m_makeKey ? m_makeKey() : m_key;
+    return VisibleLine(m_makeKey && m_outer != nullptr ? m_outer->Key() + QStringLiteral(", ") + key : key);
 }

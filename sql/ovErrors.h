@@ -80,23 +80,28 @@ public:
     void Decide(Error& error, int attempt, bool mayBeDone = false);
 
     /// Key of the source row under way, for the entries; empty outside a row.
-    const QString& RowKey() const { return m_rowKey; }
+    QString RowKey() const { return m_row == nullptr ? QString() : m_row->Key(); }
     /// Key of the source row that the one under way is part of; its own where it is part of none.
-    const QString& WholeRowKey() const { return m_wholeRowKey; }
-    bool InRow() const { return m_inRow; }
+    QString WholeRowKey() const { return m_row == nullptr ? QString() : m_row->Outermost().Key(); }
+    bool InRow() const { return m_row != nullptr; }
 
     /// Marks a source row as under way for its lifetime; a row within a row gives way to the outer one again.
     class Row {
     public:
         Row(ovErrors& errors, const QString& key);
+        /// A part of the row under way, whose key stands behind that one's. Few are ever asked for it.
+        Row(ovErrors& errors, std::function<QString()> key);
         ~Row();
         Row(const Row&) = delete;
         Row& operator=(const Row&) = delete;
+        QString Key() const;
+        const Row& Outermost() const { return m_outer == nullptr ? *this : m_outer->Outermost(); }
 
     private:
         ovErrors& m_errors;
-        QString m_outerKey;
-        bool m_outer;
+        const Row* m_outer;
+        QString m_key;
+        std::function<QString()> m_makeKey;
     };
 
     /// While it lives, the source row under way stands or falls as a whole: nothing is decided about a failing
@@ -140,9 +145,7 @@ private:
 
     QVector<ErrorEntry> m_entries;
     qint64 m_count = 0;
-    QString m_rowKey;
-    QString m_wholeRowKey; ///< of the outermost one
-    bool m_inRow = false;
+    const Row* m_row = nullptr; ///< the innermost one under way
     bool m_asWhole = false;
     QVector<ErrorEntry> m_waiting; ///< to be shown
 };

@@ -47,6 +47,7 @@ struct QueryField {
     int SortCode = 0;                     ///< 1 sorts descending, any other number ascending
     DataType SecondType = DataType::Char; ///< the type a big-integer counter had, read by ALTER TABLE
 };
+Q_DECLARE_TYPEINFO(QueryField, Q_RELOCATABLE_TYPE);
 
 /// Statement builder: a statement is described as data and asked for as text. It never touches a database.
 ///

@@ -6,6 +6,9 @@ namespace {
 
 bool IsHidden(QChar character) {
     const char16_t code = character.unicode();
+    if (code >= 0x20 && code < 0x7f) {
+        return false;
+    }
     const bool isControl = code < 0x20 || (code >= 0x7f && code < 0xa0);
     const bool isLineEnd = code == 0x2028 || code == 0x2029;
     const bool isDirection = code == 0x200e || code == 0x200f || code == 0x061c || (code >= 0x202a && code <= 0x202e) ||

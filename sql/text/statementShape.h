@@ -48,3 +48,4 @@ struct StatementShape {
     /// The whole statement, its values as literals.
     QString Text() const;
 };
+Q_DECLARE_TYPEINFO(StatementShape::Value, Q_RELOCATABLE_TYPE);

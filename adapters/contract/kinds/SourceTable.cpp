@@ -251,7 +251,7 @@ void Hand(Session& session, const ChildTable& table, const SourceRow& child,
           const std::function<void(const SourceRow&)>& work) {
     std::optional<ovErrors::Row> underWay;
     if (session.Errors.InRow()) {
-        underWay.emplace(session.Errors, session.Errors.RowKey() + QStringLiteral(", ") + table.Name(child));
+        underWay.emplace(session.Errors, [&] { return table.Name(child); });
     }
     try {
         work(child);

@@ -27,7 +27,7 @@ public:
         row.reserve(count);
         for (int column = 0; column < count; ++column) {
             try {
-                row.append(source.Fields(column).Value());
+                row.append(source.ValueAt(column));
             } catch (const ImportError& error) {
                 row.append(QVariant::fromValue(error));
             }

@@ -136,7 +136,7 @@ public:
     /// Whether source rows were given up so far.
     bool HasGivenUp() const { return m_account.Result.givenUpCount > 0; }
     /// Key of the row under way, for log lines.
-    const QString& RowKey() const { return m_session.Errors.RowKey(); }
+    QString RowKey() const { return m_session.Errors.RowKey(); }
 
     /// Has `forget` called when what was written last is taken back: what is remembered of it must not serve later
     /// rows.

@@ -5,7 +5,15 @@
 
 namespace contract {
 
-QString SourceRow::Text(QAnyStringView column) const { return mod_ovTools::ToText(Value(column)).trimmed(); }
+QString SourceRow::Text(QAnyStringView column) const {
+    const QVariant value = Value(column);
+    if (value.typeId() != QMetaType::QString) {
+        return mod_ovTools::ToText(value).trimmed();
+    }
+    const auto& text = *static_cast<const QString*>(value.constData());
+    const bool isTrimmed = text.isEmpty() || !(text.front().isSpace() || text.back().isSpace());
+    return isTrimmed ? text : text.trimmed();
+}
 
 namespace {
 
@@ -102,7 +110,8 @@ QString NoDayOr(const ovConnection& source, const QString& column, const QString
 
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,
                   const std::function<void(const SourceRow&)>& work) {
-    Recordset rows = session.SourceConnection().ExecuteWC(query);
+    ovConnection& source = session.SourceConnection();
+    Recordset rows = source.ExecuteWC(SqlText::Of(query, source.ProviderType)); // the same for other values
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         try {
             work(row);

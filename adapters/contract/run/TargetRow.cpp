@@ -215,6 +215,12 @@ QVariant TargetRow::Value(QAnyStringView column) const {
     return field->Value.isValid() ? field->Value : QVariant(QMetaType::fromType<QString>());
 }
 
+QStringView TargetRow::TextOf(const schema::Column& column) const {
+    const QueryField* field = FieldOf(column);
+    const bool isText = field != nullptr && field->Value.typeId() == QMetaType::QString;
+    return isText ? QStringView(*static_cast<const QString*>(field->Value.constData())).trimmed() : QStringView();
+}
+
 void TargetRow::Insert() {
     for (const auto& [column, value] : m_whenNew) {
         if (!IsSet(column)) {

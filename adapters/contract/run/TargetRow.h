@@ -30,6 +30,9 @@ public:
     TargetRow& SetId(QAnyStringView column, const PendingRows::Id& id);
     /// What a column has been set to, also for a new row alone; none when it has not been.
     QVariant Value(QAnyStringView column) const;
+    /// The text that a column of its table has been set to, without surrounding blanks; empty where that is no text.
+    /// The view lives until the row is changed.
+    QStringView TextOf(const schema::Column& column) const;
     QString Table() const { return m_table->name; }
     /// Whether a column has been set, and not for a new row alone.
     bool IsSet(QAnyStringView column) const { return FieldOf(Find(column)) != nullptr; }

@@ -1,6 +1,6 @@
 #include "adapters/contract/write/cutTexts.h"
 
-#include "core/modImport.h"
+#include "sql/variantText.h"
 
 #include <algorithm>
 
@@ -12,23 +12,23 @@ bool IsText(const schema::Column& column) { return column.size > 0 || column.typ
 
 /// Whether a column is as full as it can be. Up to two characters may be missing, where the last one would be half of
 /// one and where blanks were.
-bool IsFull(const schema::Column& column, const QString& written) {
+bool IsFull(const schema::Column& column, QStringView written) {
     constexpr int spare = 2;
     return !written.isEmpty() && written.size() >= column.size - spare;
 }
 
-bool IsBeginning(const schema::Column& column, const QString& written, const QString& all) {
+bool IsBeginning(const schema::Column& column, QStringView written, const QString& all) {
     return all.size() > column.size && written.size() < all.size() && all.startsWith(written, Qt::CaseInsensitive);
 }
 
 /// Whether another column of the row holds what one has left out: the whole text, or the rest by itself or in a note.
-bool IsRestElsewhere(const schema::Table& table, const TargetRow& target, const QString& written, const QString& all) {
-    const QString rest = all.mid(written.size()).trimmed();
+bool IsRestElsewhere(const schema::Table& table, const TargetRow& target, QStringView written, const QString& all) {
+    const QStringView rest = QStringView(all).sliced(written.size()).trimmed();
     return std::any_of(table.columns.begin(), table.columns.end(), [&](const schema::Column& column) {
-        if (!IsText(column)) {
+        const QStringView text = IsText(column) ? target.TextOf(column) : QStringView();
+        if (text.size() < rest.size() || text.isEmpty()) {
             return false;
         }
-        const QString text = target.Value(column.name).toString().trimmed();
         return text.contains(all, Qt::CaseInsensitive) || text.compare(rest, Qt::CaseInsensitive) == 0 ||
                (column.size == 0 && text.contains(rest, Qt::CaseInsensitive));
     });
@@ -52,14 +52,14 @@ void TellCut(ImportRun& run, const Mapping& mapping, const SourceRow& row, const
         if (!isText || line.sources.isEmpty()) { // a code is another word than the source's, not its beginning
             continue;
         }
-        const QString written = target.Value(line.target).toString().trimmed();
+        const QStringView written = target.TextOf(*column);
         if (!IsFull(*column, written)) {
             continue;
         }
         const Facts none;
         const QString all = RuleInput{run.GetSession(), row, line.sources, none}.Text();
         if (IsBeginning(*column, written, all) && !IsRestElsewhere(table, target, written, all)) {
-            TellCut(run, line.sources, written, all);
+            TellCut(run, line.sources, written.toString(), all);
         }
     }
 }
@@ -76,7 +76,7 @@ void TellLostZeros(ImportRun& run, const TargetRow& target) {
     }
     for (const Digits& each : {Digits{"COIVA", 8, 11}, Digits{"COFIS", 8, 11}, Digits{"COCAP", 3, 5}}) {
         const QString text = target.Value(each.column).toString().trimmed();
-        const bool isNumber = std::all_of(text.begin(), text.end(), modImport::IsDigitChar);
+        const bool isNumber = std::all_of(text.begin(), text.end(), IsDigit);
         if (isNumber && text.size() >= each.least && text.size() < each.size) {
             run.Log(QStringLiteral("ZERI PERSI: %1: '%2' (%3) ha %4 cifre e non %5: se ne mancano davanti, formattare "
                                    "come testo la colonna del foglio e reimportare")

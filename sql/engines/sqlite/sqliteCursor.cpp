@@ -60,7 +60,9 @@ const QStringList& SqliteCursor::Columns() const {
     if (m_statement == nullptr) {
         return none;
     }
-    m_statement->Describe();
+    if (!m_hasRow) {
+        m_statement->Describe();
+    }
     return m_statement->columns;
 }
 
@@ -74,7 +76,10 @@ bool SqliteCursor::Next() {
     }
     const int code = sqlite3_step(m_statement->handle);
     if (code == SQLITE_ROW) {
-        m_statement->Describe(); // most look-ups never need it: they find no row
+        if (!m_hasRow) { // most look-ups never need it: they find no row; between rows nothing is compiled anew
+            m_statement->Describe();
+            m_hasRow = true;
+        }
         return true;
     }
     if (code != SQLITE_DONE) {

@@ -18,5 +18,6 @@ public:
 private:
     sqlite3* m_database;
     SqliteStatement m_statement;
+    bool m_hasRow = false; ///< one has been read: the columns are known
     bool m_done = false;
 };
