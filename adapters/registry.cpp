@@ -79,9 +79,21 @@ QUADRIX_ORIGINS(DECLARE_ENTRY)
 QUADRIX_SECOND_SOURCES(DECLARE_ENTRY)
 
 #define ENTRY(module, entry) &modImport_##module::entry(),
-#define MAKER(module, entry) &modImport_##module::entry,
+#define MAKER(module, entry) Maker{"modImport_" #module, &modImport_##module::entry},
 
 namespace registry {
+
+namespace {
+
+/// Makes an origin when it is wanted: who looks for one does not wait until all are made.
+struct Maker {
+    const char* module;
+    const contract::Origin& (*make)();
+};
+
+constexpr std::array Makers{QUADRIX_ORIGINS(MAKER) QUADRIX_SECOND_SOURCES(MAKER)};
+
+} // namespace
 
 const std::vector<const contract::Origin*>& Origins() {
     static const std::vector<const contract::Origin*> origins{QUADRIX_ORIGINS(ENTRY)};
@@ -99,15 +111,23 @@ std::vector<const contract::Origin*> All() {
     return all;
 }
 
-/// Who looks for one origin does not wait until all are made.
 const contract::Origin* Find(const QString& name) {
-    static constexpr std::array makers{QUADRIX_ORIGINS(MAKER) QUADRIX_SECOND_SOURCES(MAKER)};
-    for (const auto& make : makers) {
-        if (const contract::Origin& origin = make(); origin.name.compare(name, Qt::CaseInsensitive) == 0) {
+    for (const Maker& maker : Makers) {
+        if (const contract::Origin& origin = maker.make(); origin.name.compare(name, Qt::CaseInsensitive) == 0) {
             return &origin;
         }
     }
     return nullptr;
+}
+
+std::vector<const contract::Origin*> OfModule(const QString& module) {
+    std::vector<const contract::Origin*> origins;
+    for (const Maker& maker : Makers) {
+        if (module == QLatin1String(maker.module)) {
+            origins.push_back(&maker.make());
+        }
+    }
+    return origins;
 }
 
 } // namespace registry

@@ -13,5 +13,7 @@ const std::vector<const contract::Origin*>& SecondSources();
 std::vector<const contract::Origin*> All();
 /// The origin of that name, of the list or not, compared without case; null when there is none.
 const contract::Origin* Find(const QString& name);
+/// The origins of a module, such as "modImport_Tessera", of the list or not; none where there is no such module.
+std::vector<const contract::Origin*> OfModule(const QString& module);
 
 } // namespace registry

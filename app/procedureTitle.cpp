@@ -50,9 +50,8 @@ QString ProcedureTitle(const Origin& origin, const Procedure& procedure) {
 }
 
 QString ProcedureTitle(const QString& module, const QString& procedure) {
-    for (const Origin* origin : registry::Origins()) {
-        const Procedure* found = origin->module == module ? ProcedureOf(*origin, procedure) : nullptr;
-        if (found != nullptr) {
+    for (const Origin* origin : registry::OfModule(module)) {
+        if (const Procedure* found = ProcedureOf(*origin, procedure)) {
             return ProcedureTitle(*origin, *found);
         }
     }

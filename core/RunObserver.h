@@ -30,7 +30,7 @@ struct TargetChange {
     Kind kind;
     QString table;            ///< physical name
     qint64 id;                ///< RECORD_ID
-    QString row = {};         ///< name of the source row under way; empty outside one
+    QString row = {};         ///< name of the source row under way, for who wants it (`NamesRows`); empty outside one
     QVariantMap before = {};  ///< of the columns that an update writes, or of all of a deleted row
     QStringList columns = {}; ///< that were written
     qint64 digest = 0;        ///< of what was written into them (`RowDigest`)
@@ -51,6 +51,8 @@ public:
     virtual void CodesAreLeft() noexcept {}
     /// Whether it wants to be told what rows were before they were updated or deleted.
     virtual bool KeepsImages() const noexcept { return false; }
+    /// Whether each change is to name the source row under way.
+    virtual bool NamesRows() const noexcept { return false; }
     virtual void TargetChanges(const TargetChange& /*change*/) noexcept {}
     /// The rows of a table are about to be deleted without being told one by one.
     /// @param table physical name @param condition on those that go; empty: all of them

@@ -2,6 +2,8 @@
 
 #include <QString>
 
+#include <array>
+#include <charconv>
 #include <cmath>
 
 double RoundedTo(double number, int decimals) {
@@ -14,7 +16,13 @@ double RoundedTo(double number, int decimals) {
     if (scaled == std::floor(scaled)) {
         return scaled / scale; // "number" itself may be a little off, as 7 * 0.1 is
     }
-    return std::round(QString::number(scaled, 'g', 15).toDouble()) / scale;
+    constexpr int known = 15; // digits that a number keeps of how it was written
+    std::array<char, 32> text{};
+    const char* end =
+        std::to_chars(text.data(), text.data() + text.size(), scaled, std::chars_format::scientific, known - 1).ptr;
+    double written = 0;
+    std::from_chars(text.data(), end, written);
+    return std::round(written) / scale;
 }
 
 double MarkUpOf(double price, double cost) {

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <charconv>
+#include <cmath>
 
 // Every row that is written passes here: nothing is made a text of only to be taken in.
 
@@ -45,9 +46,12 @@ void RowDigest::AddTime(const QDateTime& time) {
 }
 
 void RowDigest::AddNumber(double number) {
+    constexpr double mostWhole = 1e11; // whole numbers below it have no exponent either way, and are quick so
     std::array<char, 32> text{};
+    const bool isWhole = std::abs(number) < mostWhole && number == std::floor(number) && !std::signbit(number);
     const auto written =
-        std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, Digits);
+        isWhole ? std::to_chars(text.data(), text.data() + text.size(), static_cast<qint64>(number))
+                : std::to_chars(text.data(), text.data() + text.size(), number, std::chars_format::general, Digits);
     for (const char* c = text.data(); c != written.ptr; ++c) {
         Add(static_cast<char16_t>(*c));
     }

@@ -100,12 +100,21 @@ SqlText& SqlText::Add(const QVariant& value, DataType type) {
 }
 
 bool SqlText::Fill(const QVariant& value, DataType type) {
+    if (IsTextType(type) && value.typeId() == QMetaType::QString && !value.isNull()) { // as most are
+        const auto& text = *static_cast<const QString*>(value.constData());
+        if (text != u"Null") {
+            FillText(text);
+            return true;
+        }
+    }
     Values values(*this, true);
     mod_ovTools::WriteSqlValue(values, value, type, m_provider);
     return !values.HasWords();
 }
 
-void SqlText::FillText(QStringView text) { Values(*this, true).Text(text); }
+void SqlText::FillText(QStringView text) {
+    m_shape.values.append({StatementShape::Value::Kind::Text, 0, Placed(text)});
+}
 
 /// A text in UTF-8, in the room that was made for it while there is some, else in memory of its own.
 QByteArray SqlText::Placed(QStringView text) {
@@ -137,14 +146,9 @@ void SqlText::AddWords(QStringView words) {
     }
     const qsizetype start = m_shape.shape.size();
     m_shape.shape.resize(start + words.size());
-    char* out = m_shape.shape.data() + start;
-    for (const QChar c : words) {
-        if (c.unicode() > 127) {
-            m_shape.shape.resize(start);
-            m_shape.shape += words.toUtf8();
-            break;
-        }
-        *out++ = static_cast<char>(c.unicode());
+    if (!CopyPlain(words, m_shape.shape.data() + start)) {
+        m_shape.shape.resize(start);
+        m_shape.shape += words.toUtf8();
     }
     if (isFirst) {
         m_shape.verb = StatementShape::VerbOf(m_shape.shape);

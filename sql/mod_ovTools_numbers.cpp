@@ -121,7 +121,11 @@ double RebuildNumber(QStringView text, const LocaleSeparators& separators) {
 QString NumberText(double number) {
     constexpr double firstWithExponent = 1e17;
     constexpr double lastWithExponent = 1e-7;
+    constexpr double mostWhole = 1e15; // whole numbers below it are written by their digits, which is far quicker
     const double size = std::abs(number);
+    if (size < mostWhole && number == std::floor(number)) {
+        return QString::number(static_cast<qint64>(number));
+    }
     const bool plain = number == 0 || (size < firstWithExponent && size >= lastWithExponent);
     std::array<char, 64> text{};
     const auto result = std::to_chars(text.data(), text.data() + text.size(), number == 0 ? 0.0 : number,

@@ -195,7 +195,10 @@ void ovConnection::RestartNumbers(Engine& engine, const QString& table) const {
 }
 
 Recordset ovConnection::ExecuteWC(const QString& query) {
-    if (m_isAhead && IsQuery(query)) {
+    // A source file is asked the same for many rows: its words are looked at once.
+    const bool isOfFile =
+        ReadOnly && !Layout && !Await && m_engine != nullptr && m_engine->TextDialect() == Dialect::Sqlite;
+    if ((m_isAhead || isOfFile) && IsQuery(query)) {
         return ExecuteWC(SqlText::Of(query, ProviderType));
     }
     return WithDecision([&] {

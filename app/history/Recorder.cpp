@@ -25,6 +25,7 @@ namespace {
 
 constexpr qint64 MostMilliseconds = 500;
 constexpr size_t MostWaiting = 5000;
+constexpr qsizetype MostLists = 1000;
 
 /// A log as the history keeps it: packed, as it repeats itself.
 QString Packed(const QByteArray& log) { return QString::fromLatin1(qCompress(log).toBase64()); }
@@ -321,12 +322,19 @@ void Recorder::CloseChanges() {
 
 /// The number under which a list of columns is kept: few are written over and over.
 qint64 Recorder::ColumnList(const QStringList& columns) {
+    if (const auto same = m_listsByPlace.constFind(columns.constData()); same != m_listsByPlace.constEnd()) {
+        return same->second;
+    }
     const QString names = columns.join(u',');
     qint64& number = m_columnLists[names];
     if (number == 0) {
         m_file->Execute(Statement("INSERT OR IGNORE INTO column_lists (names) VALUES (?)", {names}));
         number = Number(m_file->ExecuteWC(Statement("SELECT id FROM column_lists WHERE names = ?", {names})));
     }
+    if (m_listsByPlace.size() >= MostLists) {
+        m_listsByPlace.clear();
+    }
+    m_listsByPlace.insert(columns.constData(), {columns, number});
     return number;
 }
 

@@ -132,7 +132,9 @@ private:
     QString m_trouble;       ///< to be told in the log
     QElapsedTimer m_since;   ///< it was written last
     QSet<QString> m_written; ///< tables of the target, by the procedure
-    QHash<QString, qint64> m_columnLists;
+    QHash<QString, qint64> m_columnLists; ///< numbers by names
+    /// The same by the place of a list in memory, which is kept: rows of one shape are told with the very same one.
+    QHash<const QString*, std::pair<QStringList, qint64>> m_listsByPlace;
     QHash<QString, qint64> m_codes;
 };
 

@@ -21,6 +21,7 @@ public:
     QString Of(const QString& table, qint64 id) const { return m_rows.value(table).value(id); }
 
     bool KeepsImages() const noexcept override { return true; }
+    bool NamesRows() const noexcept override { return true; }
     void TargetChanges(const TargetChange& change) noexcept override {
         if (change.kind == TargetChange::Kind::Updated) {
             QString& row = m_rows[change.table][change.id];

@@ -25,6 +25,7 @@ public:
         Codes.append(code);
     }
     bool KeepsImages() const noexcept override { return true; }
+    bool NamesRows() const noexcept override { return true; }
     void TargetChanges(const TargetChange& change) noexcept override {
         if (change.kind == TargetChange::Kind::Inserted) {
             m_made.append(change);

@@ -6,6 +6,7 @@
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 namespace contract {
 
@@ -42,10 +43,11 @@ std::optional<double> ReadLeadingNumber(const QString& text) {
 
 /// The number of a source column; the error does not name the column.
 double NumberIn(const SourceRow& row, const QString& column) {
-    if (row.IsBlank(column)) {
+    const QVariant value = row.Value(column);
+    if (!HoldsNumber(value) && row.IsBlank(column)) {
         return 0;
     }
-    if (const auto number = mod_ovTools::ReadNumber(row.Value(column))) {
+    if (const auto number = mod_ovTools::ReadNumber(value)) {
         return *number;
     }
     throw ImportError(QStringLiteral("'%1' non è un numero").arg(row.Text(column)));

@@ -204,7 +204,9 @@ public:
     /// Tells of a row that was written. @param complete puts in what is known only once the row stands in the database
     template<class Complete>
     void TellChange(TargetChange change, Complete complete) {
-        change.row = RowKey();
+        if (m_session.Observer != nullptr && m_session.Observer->NamesRows()) {
+            change.row = RowKey();
+        }
         modImport::Tell(m_session, [change = std::move(change), complete](RunObserver& observer) mutable {
             complete(change);
             observer.TargetChanges(change);

@@ -29,24 +29,28 @@ QString NamingText(const SourceRow& row, QAnyStringView column) {
 } // namespace
 
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn) {
-    QString name = u"tabella '" + table + u'\'';
+    constexpr qsizetype usual = 96;
+    QString name;
+    name.reserve(usual);
+    name += u"tabella '" + table + u'\'';
     for (const char* number : {"_RECNO", "_RIGA"}) { // what files number their rows by
         if (row.HasColumn(QLatin1String(number))) {
             name += QStringLiteral(", riga ") + row.Text(QLatin1String(number));
         }
     }
-    for (const QStringView column : QStringView(keyColumn).split(u", ")) {
+    for (const QStringView column : QStringView(keyColumn).tokenize(u", ")) {
         name += u", " + column + u" '" + NamingText(row, column) + u'\'';
     }
     return name;
 }
 
 QString GroupText(const SourceRow& row, const QStringList& columns) {
-    QStringList values;
+    QString text;
     for (const QString& column : columns) {
-        values.append(NamingText(row, column));
+        text += NamingText(row, column) + u'\x1f';
     }
-    return values.join(QChar(u'\x1f'));
+    text.chop(1);
+    return text;
 }
 
 QVariant DateOf(const SourceRow& row, const QString& column) {

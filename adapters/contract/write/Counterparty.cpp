@@ -17,8 +17,8 @@ const QString Telephones = QStringLiteral("NUM_TEL");
 const QString Addresses = QStringLiteral("IND_WEB");
 const QStringList AlikeBranches{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
 
-QString Without(QString text, const QString& characters) {
-    return text.removeIf([&characters](QChar c) { return characters.contains(c); });
+QString Without(QString text, std::u16string_view characters) {
+    return text.removeIf([characters](QChar c) { return characters.find(c.unicode()) != characters.npos; });
 }
 
 /// A name or street without what is written now so, now otherwise.
@@ -64,6 +64,9 @@ bool IsDoubtful(const QString& stored) {
 /// The e-mail addresses of a text: those between ";", ",", "/" and blanks where each part is one, else those between
 /// ";" and ",", else the text as it is.
 QStringList MailsOf(const QString& text) {
+    if (text.count(u'@') < 2) {
+        return {text};
+    }
     static const QRegularExpression anyBorder(QStringLiteral("[;,/\\\\\\s]+"));
     static const QRegularExpression sureBorder(QStringLiteral("[;,]+"));
     for (const QRegularExpression& border : {anyBorder, sureBorder}) {
@@ -123,7 +126,7 @@ void SetIban(ImportRun& run, const SourceRow& /*row*/, TargetRow& party) {
     }
 }
 
-QString WithoutSeparators(QString text) { return Without(std::move(text), QStringLiteral("/ -\\")); }
+QString WithoutSeparators(QString text) { return Without(std::move(text), u"/ -\\"); }
 
 QString StoredNumber(const QString& number) {
     const QString bare = WithoutSeparators(number);
@@ -246,9 +249,8 @@ void CounterpartyWriter::Telephone(const Owner& owner, const QString& label, con
     }
     const QString stored = StoredNumber(number);
     const bool isNumber = stored == WithoutSeparators(number);
-    const QString digits = Digits(stored);
     if (Hangs(owner, QStringLiteral("NUM_TEL"), QStringLiteral("NRNUM"),
-              [&digits](const QString& there) { return Digits(there) == digits; }) ||
+              [&stored](const QString& there) { return Digits(there) == Digits(stored); }) ||
         IsLeft(owner, label, number)) {
         return;
     }
@@ -295,7 +297,7 @@ void CounterpartyWriter::Mail(const Owner& owner, const QString& label, const QS
     }
     QString under = label;
     for (const QString& one : MailsOf(address)) {
-        Address(owner, QStringLiteral("E"), under, Without(one.toLower(), QStringLiteral("/ \\")));
+        Address(owner, QStringLiteral("E"), under, Without(one.toLower(), u"/ \\"));
         under = label == u"@ Principale" ? QStringLiteral("@ Ufficio") : label;
     }
 }

@@ -1,8 +1,9 @@
 #include "adapters/contract/write/iban.h"
 
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
-#include <QRegularExpression>
+#include <algorithm>
 
 namespace contract {
 
@@ -20,8 +21,13 @@ QString Part(QString text, int size) {
     return text.isEmpty() ? text : text.rightJustified(size, u'0');
 }
 
-bool Fits(const QString& part, const QString& form) {
-    return QRegularExpression(QRegularExpression::anchoredPattern(form)).match(part).hasMatch();
+bool IsLetter(QChar c) { return (c >= u'A' && c <= u'Z') || (c >= u'a' && c <= u'z'); }
+
+bool IsLetterOrDigit(QChar c) { return IsLetter(c) || IsDigit(c); }
+
+/// Whether a part has so many characters of a kind, and no others.
+bool Fits(const QString& part, qsizetype size, bool (*isOfKind)(QChar)) {
+    return part.size() == size && std::all_of(part.begin(), part.end(), isOfKind);
 }
 
 } // namespace
@@ -35,16 +41,16 @@ ItalianIban IbanOf(const QString& cin, const QString& abi, const QString& cab, c
         return {};
     }
     const auto wrong = [](const QString& what, const QString& text) { return ItalianIban{{}, what.arg(text)}; };
-    if (!Fits(letter, QStringLiteral("[A-Za-z]"))) {
+    if (!Fits(letter, 1, IsLetter)) {
         return wrong(QStringLiteral("il CIN '%1' non è una lettera"), cin);
     }
-    if (!Fits(bank, QStringLiteral("[0-9]{5}"))) {
+    if (!Fits(bank, BankSize, IsDigit)) {
         return wrong(QStringLiteral("l'ABI '%1' non è di cinque cifre"), abi);
     }
-    if (!Fits(branch, QStringLiteral("[0-9]{5}"))) {
+    if (!Fits(branch, BankSize, IsDigit)) {
         return wrong(QStringLiteral("il CAB '%1' non è di cinque cifre"), cab);
     }
-    if (!Fits(number, QStringLiteral("[0-9A-Za-z]{12}"))) {
+    if (!Fits(number, AccountSize, IsLetterOrDigit)) {
         return wrong(QStringLiteral("il conto '%1' non è di dodici lettere e cifre"), account);
     }
     return {mod_ovTools::MakeItalianIban(letter, bank, branch, number)};

@@ -17,7 +17,7 @@
 #include "sources/privateDatabase.h"
 #include "sources/workbook/Workbook.h"
 
-#include <QRegularExpression>
+#include <algorithm>
 
 using namespace contract;
 using namespace contract::rules;
@@ -215,7 +215,10 @@ void CheckUnit(ImportRun& run, const SourceRow& row, const Component& component)
 /// A work that stands beside no phase: no phase of Quadrix has it.
 void CheckWork(ImportRun& run, const SourceRow& row) {
     const QString work = row.Text("CDLAV");
-    if (!work.isEmpty() && row.Text("NRFAS").remove(QRegularExpression(QStringLiteral("[ 0.]"))).isEmpty()) {
+    const QString phase = row.Text("NRFAS");
+    const bool hasPhase =
+        std::any_of(phase.begin(), phase.end(), [](QChar c) { return !QStringView(u" 0.").contains(c); });
+    if (!work.isEmpty() && !hasPhase) {
         run.Log(QStringLiteral("LAVORAZIONE SENZA FASE: %1: '%2' non si importa").arg(run.RowKey(), work));
     }
 }
