@@ -278,6 +278,9 @@ history::RunFacts FactsOf(Session& session, const ImportRequest& request,
                                                        : QStringLiteral("Riprende un'esecuzione interrotta"));
     }
     facts.options.append(QStringLiteral("Errori: ") + ErrorModeName(session.Errors.Action));
+    if (const QString limit = session.MostGivenUp.Text(); !limit.isEmpty()) {
+        facts.options.append(QStringLiteral("Si ferma a righe abbandonate: ") + limit);
+    }
     return facts;
 }
 

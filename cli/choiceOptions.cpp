@@ -38,6 +38,12 @@ QCommandLineOption ErrorsOption() {
             "volte), abort (interrompi l'azione).",
             "MODO", "ask"};
 }
+QCommandLineOption MaxRejectsOption() {
+    return {"max-rejects",
+            "Si ferma quando una procedura ha abbandonato tante righe: un numero, o una parte di quelle fatte come 5% "
+            "(dopo le prime 200).",
+            "LIMITE"};
+}
 QCommandLineOption YesOption() { return {"yes", "Conferma il comando."}; }
 
 QCommandLineOption InputOption() {
@@ -115,6 +121,20 @@ contract::Button ButtonFrom(const QString& data, const contract::Origin& origin)
 
 ErrorAction ErrorsFrom(const QCommandLineParser& options) {
     return ErrorModeAction(OneOf("errors", options.value("errors"), ErrorNames));
+}
+
+void TakeMaxRejects(Context& context) {
+    const QString told = context.options.value("max-rejects");
+    if (!context.options.isSet("max-rejects")) {
+        return;
+    }
+    const auto limit = RejectLimit::Of(told);
+    if (!limit) {
+        throw UsageError(
+            QStringLiteral("Opzione --max-rejects: '%1' non è un numero di righe né una percentuale come 5%")
+                .arg(told));
+    }
+    context.session.MostGivenUp = *limit;
 }
 
 namespace {

@@ -10,6 +10,7 @@ QCommandLineOption CompanyOption();
 QCommandLineOption OriginOption();
 QCommandLineOption DataOption();
 QCommandLineOption ErrorsOption();
+QCommandLineOption MaxRejectsOption();
 QCommandLineOption YesOption();
 /// What answers requests for a text, in clear and without being seen.
 QCommandLineOption InputOption();
@@ -40,5 +41,7 @@ void RequireAnswersTo(const Context& context, const std::vector<contract::Answer
 void RequireOpeningAnswers(const Context& context, const std::vector<const contract::Origin*>& sources);
 /// The way of dealing with errors of --errors; "ask" without it. Raises `UsageError` listing them.
 ErrorAction ErrorsFrom(const QCommandLineParser& options);
+/// Takes over how many rows may be given up (--max-rejects). Raises `UsageError` for what is no such number.
+void TakeMaxRejects(Context& context);
 
 } // namespace cli

@@ -230,6 +230,7 @@ Report ReportOf(const Context& context, const ImportRequest& request, const RunR
 }
 
 Report Import(Context& context) {
+    TakeMaxRejects(context);
     const std::vector<ImportRequest> requests = RequestsFrom(context);
     const ImportRequest& request = requests.front();
     const KeptRuns kept(context.session);
@@ -245,7 +246,7 @@ Report Import(Context& context) {
 
 /// What is imported decides what else may be told.
 std::vector<Use> Uses() {
-    const QStringList how{"dry-run", "answer", "input", "input-file", "file", "errors", "yes"};
+    const QStringList how{"dry-run", "answer", "input", "input-file", "file", "errors", "max-rejects", "yes"};
     const QStringList what{"company", "origin", "data"};
     const QString ofTheRun =
         QStringLiteral("dati, origine e azienda sono quelli dell'esecuzione, e non si svuota nulla");
@@ -283,6 +284,7 @@ Command ImportCommand() {
              InputFileOption(),
              {"file", "File da scegliere dove la procedura ne chiede uno.", "PERCORSO"},
              ErrorsOption(),
+             MaxRejectsOption(),
              {"yes", "Conferma una procedura che non fa altro che eliminare dati."}},
             Need::Database,
             Import,

@@ -169,6 +169,7 @@ Report Sequence(Context& context) {
     RequireYes(context.options, what);
     RequireAnswersTo(context, QuestionsOf(context, script));
     context.session.Errors.Action = ErrorsFrom(context.options);
+    TakeMaxRejects(context);
     const KeptRuns kept(context.session);
     const SequenceResult result =
         script == 1 ? ::Sequence(context.session, settings, window) : Sequence2(context.session, settings, window);
@@ -190,6 +191,7 @@ Command SequenceCommand() {
              {"steps", "Passi della sequenza 2, separati da virgole.", "PASSI"},
              {"answer", "Risposta a una domanda della sequenza 1: yes o no.", "RISPOSTA"},
              ErrorsOption(),
+             MaxRejectsOption(),
              YesOption()},
             Need::Database,
             Sequence,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/Operator.h"
+#include "core/RejectLimit.h"
 #include "core/RowMemory.h"
 #include "core/RunObserver.h"
 #include "sql/FileLock.h"
@@ -76,6 +77,7 @@ public:
     explicit Session(Operator& person);
 
     ovErrors Errors;
+    RejectLimit MostGivenUp; ///< rows of each procedure
     ovConnection Quadrix; ///< the target database
     ovConfig Config;
     ovUserManager UserManager;

@@ -233,6 +233,21 @@ private slots:
         QVERIFY2(told.contains("riprendere da dove si è fermata: import --resume "), qPrintable(told));
     }
 
+    /// A source that is not what was thought is noticed early; whoever goes on does what was not reached.
+    void stopsAtSoManyRejects() {
+        const QStringList documents = QStringList{"import", "--errors", "ignore", "--data", "doc"} + m_which;
+        const QJsonObject stopped = Json(documents + QStringList{"--max-rejects", "2"}, 1);
+        const qint64 givenUp = stopped["givenUp"].toInteger();
+        QVERIFY(givenUp >= 2 && stopped["notReached"].toInteger() > 0);
+        const QString why = stopped["errors"].toArray().first().toString();
+        QVERIFY2(why.contains(QString("righe abbandonate %1 su ").arg(givenUp)) && why.contains("il limite è 2"),
+                 qPrintable(why));
+        const QString run = QString::number(stopped["run"].toInteger());
+        QVERIFY(m_run.Run({"history", "--run", run}).output.contains("Si ferma a righe abbandonate: 2"));
+        const QJsonObject resumed = Json({"import", "--errors", "ignore", "--resume", run}, 4);
+        QVERIFY(resumed["notReached"].toInteger() == 0 && resumed["givenUp"].toInteger() > givenUp);
+    }
+
     /// An import that the history could not keep stands, and is not taken for the one before it.
     void tellsNoRunThatIsNotKept() {
         Change(Path("Cronologia.sqlite"),

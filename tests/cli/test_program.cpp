@@ -74,6 +74,7 @@ private slots:
             "--reset non vale con FusioneControparti");
         row("data of an earlier run", {"import", "--resume", "1", "--data", "cli"},
             "--data non vale con --resume: dati");
+        row("limit of rejects", Import({"--max-rejects", "0%"}), "--max-rejects: '0%' non è un numero di righe");
         row("mended rows of no run", Import({"--mended", "a.csv"}), "--mended vale con --rejects-of");
         row("nearly a run", {"undo", "--run", "1abc", "--yes"}, "'1abc' non è il numero di un'esecuzione");
         row("no file to check", {"check", "--company", "X01", "--origin", "Excel"}, "--file PERCORSO");

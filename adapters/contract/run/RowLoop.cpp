@@ -176,6 +176,7 @@ void RowLoop::Do(const Unit& unit) {
                 m_transaction.IsAtomic() ? Failed(unit, error, attempt) : FailedInPart(unit, error, attempt);
             } catch (const RowGivenUp& givenUp) {
                 GiveUp(unit, givenUp.Message());
+                StopAtLimit();
                 return;
             }
         }
@@ -373,6 +374,18 @@ void RowLoop::GiveUp(const Unit& unit, const QString& reason) {
         const QString what = QStringLiteral("Riga abbandonata: %1: %2").arg(culprit, reason);
         error.AddContext(left.isEmpty() ? what : QString(what + QStringLiteral("; ") + lines.first()));
         throw;
+    }
+}
+
+/// Raises `ImportError` where no more rows may be given up.
+void RowLoop::StopAtLimit() const {
+    const RunResult& result = m_run.m_account.Result;
+    const qint64 done = result.inserted + result.updated + result.skipped + result.givenUpCount;
+    if (m_session.MostGivenUp.IsReached(result.givenUpCount, done)) {
+        throw ImportError(
+            QStringLiteral("righe abbandonate %1 su %2, il limite è %3: l'importazione si ferma qui, ciò "
+                           "che è scritto resta; controllare l'origine e la sua struttura")
+                .arg(QString::number(result.givenUpCount), QString::number(done), m_session.MostGivenUp.Text()));
     }
 }
 

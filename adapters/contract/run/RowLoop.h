@@ -53,6 +53,7 @@ private:
     void Redo();
     void Report(const std::exception_ptr& further) noexcept;
     void GiveUp(const Unit& unit, const QString& reason);
+    void StopAtLimit() const;
     void GiveUpFor(const Unit& unit, const Error& error) noexcept;
     bool Commit();
     void ForgetDone();

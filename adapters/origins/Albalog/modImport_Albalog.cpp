@@ -48,7 +48,7 @@ Rule Article() { return ArticleCode(Articol, "codart"); }
 
 /// Who has which carrier is told anew by each import.
 void ForgetCarriers(ImportRun& run, const QString& /*singleCode*/) {
-    run.GetSession().Quadrix.Execute("DELETE FROM SYS_IMP WHERE tbnam = 'anagraf' and tbfld = 'codvet'");
+    run.DeleteRows("SYS_IMP", "tbnam = 'anagraf' and tbfld = 'codvet'");
 }
 
 /// Keeps the carrier that a counterparty has, by its code in the source.
