@@ -16,6 +16,10 @@ double RoundedTo(double number, int decimals) {
     if (scaled == std::floor(scaled)) {
         return scaled / scale; // "number" itself may be a little off, as 7 * 0.1 is
     }
+    constexpr double allKnown = 1e14; // all digits known stand in front of the decimals: halves go away from 0 as below
+    if (std::abs(scaled) >= allKnown && std::abs(scaled) < allKnown * 10) {
+        return std::round(scaled) / scale;
+    }
     constexpr int known = 15; // digits that a number keeps of how it was written
     std::array<char, 32> text{};
     const char* end =

@@ -236,6 +236,7 @@ private slots:
         Row("away from zero", -2.5, 0, -3.0);
         Row("less than a half", 1.00499, 2, 1.0);
         Row("large", 123456789.125, 2, 123456789.13);
+        Row("all digits known before the half", 100000000002012.5, 0, 100000000002013.0);
     }
     void rounds() {
         QFETCH(const double, number);
