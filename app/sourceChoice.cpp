@@ -99,23 +99,28 @@ Source Read(Session& session, const contract::Origin& origin) {
             !entries.Read(entries.Password()).isEmpty()};
 }
 
-void Write(Session& session, const contract::Origin& origin, const Source& source,
+void Write(Session& session, const contract::Origin& origin, const Source& before, const Source& source,
            const std::optional<QString>& password) {
     const Entries entries(session, origin);
+    const auto take = [&](const Entry& entry, QString Source::*field) {
+        if (source.*field != before.*field) {
+            entries.Write(entry, source.*field);
+        }
+    };
     const bool isDataSource = source.place == Place::DataSource;
     if (isDataSource) {
-        entries.Write(entries.DataSource(), source.dsn);
+        take(entries.DataSource(), &Source::dsn);
     } else {
-        entries.Write(entries.Database(), source.database);
+        take(entries.Database(), &Source::database);
     }
     if (source.place == Place::Server) {
-        entries.Write(entries.Server(), source.server);
-        if (entries.IsIntegrated() != source.integrated) {
+        take(entries.Server(), &Source::server);
+        if (source.integrated != before.integrated && source.integrated != entries.IsIntegrated()) {
             entries.Write(entries.Network(), source.integrated ? "1" : "0");
         }
     }
     if (source.place == Place::Server || isDataSource) {
-        entries.Write(entries.User(), source.user);
+        take(entries.User(), &Source::user);
         if (password) {
             entries.Write(entries.Password(), *password);
         }

@@ -21,10 +21,11 @@ struct Source {
 /// What the settings say, as the import reads them; what is not set is empty. Raises `ImportError` when they cannot be
 /// read.
 Source Read(Session& session, const contract::Origin& origin);
-/// Writes what is chosen into the settings, each in the section that it was read from. @param password written as it
-/// is, in place of the one that stands there; an empty one takes that away, none leaves it. Raises `ImportError` when
-/// the settings cannot be written, or a value is longer than is read.
-void Write(Session& session, const contract::Origin& origin, const Source& source,
+/// Writes what was changed into the settings, each in the section that it was read from. @param before what `source`
+/// was chosen from: what is still the same is not written, as another program may have set it meanwhile. @param
+/// password written as it is, in place of the one that stands there; an empty one takes that away, none leaves it.
+/// Raises `ImportError` when the settings cannot be written, or a value is longer than is read.
+void Write(Session& session, const contract::Origin& origin, const Source& before, const Source& source,
            const std::optional<QString>& password);
 /// The sections of the settings that hold what `Write` writes, the origin's own first: "AUTOMA", "IMPORT".
 QStringList Sections(Session& session, const contract::Origin& origin);

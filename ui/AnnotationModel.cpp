@@ -30,17 +30,20 @@ AnnotationModel::AnnotationModel(const history::History& history, qint64 run, QO
 
 /// Nothing may be raised into the view that asks.
 template<class Result, class Work>
-Result AnnotationModel::Try(Result otherwise, const Work& work) const {
+Result AnnotationModel::Try(Result otherwise, const Work& work, bool tells) const {
     try {
         return work();
     } catch (const std::exception& error) {
-        emit Failed(MessageOf(error));
+        if (tells) {
+            emit Failed(MessageOf(error));
+        }
         return otherwise;
     }
 }
 
 void AnnotationModel::Want(const history::WantedNotes& wanted) {
     beginResetModel();
+    m_hasTold = false;
     Try(false, [&] {
         m_notes = history::Annotations(m_history, m_run, wanted);
         return true;
@@ -48,20 +51,25 @@ void AnnotationModel::Want(const history::WantedNotes& wanted) {
     endResetModel();
 }
 
-std::optional<Note> AnnotationModel::NoteAt(const QModelIndex& index) const {
+std::optional<Note> AnnotationModel::Read(const QModelIndex& index, bool tells) const {
     const auto kind = index.isValid() ? KindOver(index) : std::nullopt;
-    return kind ? Try(std::optional<Note>(), [&] { return std::optional(m_notes.At(*kind, index.row())); })
+    return kind ? Try(
+                      std::optional<Note>(), [&] { return std::optional(m_notes.At(*kind, index.row())); }, tells)
                 : std::nullopt;
 }
+
+std::optional<Note> AnnotationModel::NoteAt(const QModelIndex& index) const { return Read(index, true); }
 
 QString AnnotationModel::KindAt(const QModelIndex& index) const {
     return index.isValid() ? m_notes.Kinds().at(KindOver(index).value_or(static_cast<size_t>(index.row()))).kind
                            : QString();
 }
 
-QString AnnotationModel::LineAt(const QModelIndex& index) const {
-    if (const auto note = NoteAt(index)) {
-        return QStringList{note->kind, note->procedure, note->row, note->text}.join(u'\t');
+std::optional<QString> AnnotationModel::LineAt(const QModelIndex& index) const {
+    if (KindOver(index)) {
+        const auto note = NoteAt(index);
+        return note ? std::optional(QStringList{note->kind, note->procedure, note->row, note->text}.join(u'\t'))
+                    : std::nullopt;
     }
     const NoteKind& kind = m_notes.Kinds().at(static_cast<size_t>(index.row()));
     return kind.kind + u'\t' + QString::number(kind.count);
@@ -126,8 +134,12 @@ QVariant AnnotationModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || (role != Qt::DisplayRole && role != Qt::CheckStateRole && role != Qt::ToolTipRole)) {
         return {};
     }
-    const auto note = NoteAt(index);
-    return note ? NoteData(*note, index.column(), role) : KindData(index, role);
+    if (!KindOver(index)) {
+        return KindData(index, role);
+    }
+    const auto note = Read(index, !m_hasTold);
+    m_hasTold = m_hasTold || !note;
+    return note ? NoteData(*note, index.column(), role) : QVariant();
 }
 
 bool AnnotationModel::setData(const QModelIndex& index, const QVariant& value, int role) {

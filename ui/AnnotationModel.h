@@ -18,12 +18,13 @@ public:
     /// Shows those that are wanted.
     void Want(const history::WantedNotes& wanted);
     const history::Annotations& Shown() const { return m_notes; }
-    /// The note at a place; none for a kind.
+    /// The note at a place; none for a kind, and none when it cannot be read.
     std::optional<history::Note> NoteAt(const QModelIndex& index) const;
     /// Name of the kind at a place, or of the note there.
     QString KindAt(const QModelIndex& index) const;
-    /// A line for the clipboard: kind, procedure, row and text, separated by tabs; of a kind its name and number.
-    QString LineAt(const QModelIndex& index) const;
+    /// A line for the clipboard: kind, procedure, row and text, separated by tabs; of a kind its name and number. None
+    /// when it cannot be read.
+    std::optional<QString> LineAt(const QModelIndex& index) const;
 
     QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     QModelIndex parent(const QModelIndex& index) const override;
@@ -40,11 +41,13 @@ signals:
 
 private:
     template<class Result, class Work>
-    Result Try(Result otherwise, const Work& work) const;
+    Result Try(Result otherwise, const Work& work, bool tells = true) const;
+    std::optional<history::Note> Read(const QModelIndex& index, bool tells) const;
     QVariant KindData(const QModelIndex& index, int role) const;
     QVariant NoteData(const history::Note& note, int column, int role) const;
 
     const history::History& m_history;
     qint64 m_run;
     mutable history::Annotations m_notes;
+    mutable bool m_hasTold = false; ///< a view asks for what cannot be read at every painting
 };

@@ -9,6 +9,7 @@
 
 #include <QDialogButtonBox>
 #include <QHeaderView>
+#include <QPlainTextEdit>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
@@ -17,6 +18,7 @@ namespace {
 constexpr int WidthInCharacters = 130;
 constexpr int HeightInLines = 30;
 constexpr size_t MostShown = 5000; ///< cells; the words above count them all
+constexpr qsizetype MostLines = 8; ///< lines of codes that are seen at once
 
 QString NotEmpty(const QString& value) { return value.isEmpty() ? QString("(vuoto)") : value; }
 
@@ -42,6 +44,18 @@ QTableWidget* NewTable(const codes::Preview& preview) {
     return table;
 }
 
+/// As high as its lines, but for many: beneath them the cells and the question must be seen.
+QPlainTextEdit* NewCodes(const QStringList& lines) {
+    auto* list = NewReviewList(lines);
+    list->setObjectName("txtCodes");
+    list->setAccessibleName("Codici da applicare");
+    list->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+    const int shown = static_cast<int>(std::min(lines.size() + 1, MostLines));
+    list->setFixedHeight(list->fontMetrics().lineSpacing() * shown + 2 * list->frameWidth() +
+                         static_cast<int>(2 * list->document()->documentMargin()));
+    return list;
+}
+
 } // namespace
 
 CodePreview::CodePreview(const QStringList& lines, const codes::Preview& preview, QWidget* parent)
@@ -50,8 +64,6 @@ CodePreview::CodePreview(const QStringList& lines, const codes::Preview& preview
     setWindowTitle("Applicare i codici");
     setWindowFlag(Qt::WindowContextHelpButtonHint, false);
     setWindowFlag(Qt::WindowMaximizeButtonHint, true);
-    auto* what = new WrappedLabel(lines.join('\n'));
-    what->setObjectName("lblCodes");
     QString text = preview.Text();
     if (preview.cells.size() > MostShown) {
         text += QString(" (le prime %1 sono qui)").arg(MostShown);
@@ -59,7 +71,7 @@ CodePreview::CodePreview(const QStringList& lines, const codes::Preview& preview
     auto* question = new WrappedLabel(text + "\n\nImportare di nuovo queste righe? (la prova non ha scritto nulla)");
     question->setObjectName("lblQuestion");
     auto* all = new QVBoxLayout(this);
-    all->addWidget(what);
+    all->addWidget(NewCodes(lines));
     all->addWidget(NewTable(preview), 1);
     all->addWidget(question);
     all->addWidget(YesAndNo(*this));

@@ -14,7 +14,9 @@ namespace {
 constexpr int ReviewWidth = 100; ///< characters
 constexpr int ReviewHeight = 18; ///< lines
 
-QPlainTextEdit* NewList(const QStringList& lines) {
+} // namespace
+
+QPlainTextEdit* NewReviewList(const QStringList& lines) {
     auto* list = new QPlainTextEdit(lines.join(u'\n'));
     list->setObjectName("txtList");
     list->setAccessibleName("Elenco da controllare");
@@ -25,8 +27,6 @@ QPlainTextEdit* NewList(const QStringList& lines) {
     list->setMinimumSize(metrics.averageCharWidth() * ReviewWidth / 2, metrics.lineSpacing() * ReviewHeight / 2);
     return list;
 }
-
-} // namespace
 
 QDialogButtonBox* YesAndNo(QDialog& dialog) {
     auto* buttons = new QDialogButtonBox;
@@ -50,7 +50,7 @@ ReviewDialog::ReviewDialog(const QString& question, const QStringList& lines, QW
     auto* text = new WrappedLabel(question);
     text->setObjectName("lblQuestion");
     auto* all = new QVBoxLayout(this);
-    all->addWidget(NewList(lines), 1);
+    all->addWidget(NewReviewList(lines), 1);
     all->addWidget(text);
     all->addWidget(YesAndNo(*this));
     windowPlace::SizeTo(*this, ReviewWidth, ReviewHeight + 6);

@@ -8,11 +8,16 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
 
+#include <utility>
+
 namespace {
+
+constexpr int LeaveEvery = 50; ///< milliseconds between two looks for dialogs that keep the program from its end
 
 /// The usual pointer while a dialog waits for the operator; the hourglass comes back behind it.
 class PointerPause {
@@ -41,13 +46,6 @@ QPushButton* AddButton(QMessageBox& box, const QString& text, const QString& nam
     return button;
 }
 
-/// Text beneath the question; the box would take a "<" in it for the start of a tag.
-void SetDetails(QMessageBox& box, const QString& details) {
-    if (!details.isEmpty()) {
-        box.setInformativeText(details.toHtmlEscaped().replace(u'\n', QLatin1String("<br>")));
-    }
-}
-
 } // namespace
 
 QWidget* WindowOperator::Parent() const {
@@ -56,15 +54,24 @@ QWidget* WindowOperator::Parent() const {
 }
 
 void WindowOperator::End() {
-    m_ending = true;
+    const bool isFirst = !std::exchange(m_ending, true);
     CancelProgresses();
-    // A box that waits is left as by Esc; that of a progress has been told already.
+    LeaveDialogs();
+    // One beneath a progress is left when that is gone, and so is one that the operation under way opens yet.
+    if (isFirst) {
+        m_leaving.callOnTimeout([this] { LeaveDialogs(); });
+        m_leaving.start(LeaveEvery);
+    }
+}
+
+/// Leaves the dialogs that wait, the innermost first; that of a progress has been told already.
+void WindowOperator::LeaveDialogs() {
     for (QWidget* modal = QApplication::activeModalWidget(); modal != nullptr;) {
         auto* box = qobject_cast<QDialog*>(modal);
         if (box == nullptr || qobject_cast<frmProgress*>(box) != nullptr) {
             return;
         }
-        box->reject();
+        box->done(QDialog::Rejected); // rejecting one may ask first, and nobody is asked any more
         QWidget* next = QApplication::activeModalWidget();
         modal = next == modal ? nullptr : next;
     }
@@ -88,7 +95,10 @@ int WindowOperator::Exec(QDialog& dialog) {
 
 int WindowOperator::Run(QMessageBox& box) {
     box.setWindowTitle(QuadrixCaption);
-    box.setTextFormat(Qt::PlainText);
+    // What is told holds values of the source: no label may take a "<" in them for the start of a tag.
+    for (QLabel* label : box.findChildren<QLabel*>()) {
+        label->setTextFormat(Qt::PlainText);
+    }
     return Exec(box);
 }
 
@@ -106,7 +116,7 @@ Answer WindowOperator::Ask(const QString& question, Question style, const QStrin
     QMessageBox box(Parent());
     box.setIcon(plain ? QMessageBox::Question : QMessageBox::Warning);
     box.setText(VisibleText(question));
-    SetDetails(box, VisibleText(details));
+    box.setInformativeText(VisibleText(details));
     QPushButton* yes = AddButton(box, "&Sì", "cmdYes", QMessageBox::YesRole);
     QPushButton* no = AddButton(box, "&No", "cmdNo", QMessageBox::NoRole);
     QPushButton* giveUp = AddButton(box, {}, "cmdGiveUp", QMessageBox::RejectRole);

@@ -3,6 +3,7 @@
 #include "core/Operator.h"
 
 #include <QPointer>
+#include <QTimer>
 
 class QDialog;
 class QMessageBox;
@@ -34,8 +35,8 @@ public:
     /// @return whether it will stop; false without a question when it shows no progress dialog
     bool AskToStop(const QString& question);
 
-    /// The program is to end: presses cancel in every progress dialog, leaves the box that is open as Esc would, and
-    /// shows none from now on: questions count as given up, errors end what they happened in.
+    /// The program is to end: presses cancel in every progress dialog, leaves the others as Esc would, without their
+    /// asking, and shows none from now on: questions count as given up, errors end what they happened in.
     void End();
 
 protected:
@@ -48,11 +49,13 @@ private:
     int Exec(QDialog& dialog);
     int Run(QMessageBox& box);
     void CancelProgresses();
+    void LeaveDialogs();
 
     QWidget* m_window = nullptr;
     ErrorAction* m_errorAction = nullptr;
     QVector<QPointer<frmProgress>> m_progresses; ///< those on the screen, oldest first
     bool m_ending = false;
+    QTimer m_leaving; ///< runs from the end on
 };
 
 /// A filter of "description|pattern" pairs in the form that the file dialog reads: "File di Excel (*.xls);;Tutti i

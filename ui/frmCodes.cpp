@@ -178,7 +178,7 @@ bool frmCodes::IsShown(const Code& code) {
                          name.contains(sought, Qt::CaseInsensitive) ||
                          code.newCode.contains(sought, Qt::CaseInsensitive);
     return isFound && (m_lists->currentIndex() <= 0 || m_lists->currentText() == name) &&
-           (m_all->isChecked() || code.IsOpen());
+           (m_all->isChecked() || code.IsOpen() || PendingOf(code));
 }
 
 void frmCodes::Fill() {
@@ -290,6 +290,9 @@ bool frmCodes::Saves(const std::vector<Change>& changes) {
         }
         m_person.Message(saved.Text());
     });
+    if (!isSaved) { // what others have saved meanwhile is seen now, and in the way of the next saving no more
+        Told(m_person, [this] { m_worklist.Refresh(); });
+    }
     FillLists();
     Fill();
     return isSaved;

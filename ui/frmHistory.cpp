@@ -22,6 +22,7 @@ namespace {
 
 constexpr int HistoryWidth = 190; ///< characters
 constexpr int HistoryHeight = 34; ///< lines
+constexpr size_t MostInBox = 10;  ///< rows that a message box can hold
 const QString TableFiles = QStringLiteral("Cartella di Excel|*.xlsx|File CSV|*.csv");
 
 /// Does what may take long, as the pointer shows, and gives what it gives.
@@ -259,15 +260,31 @@ void frmHistory::cmdResume_Click() {
     });
 }
 
+/// Many rows that stay are looked through in a list, beneath which all else is seen.
+bool frmHistory::AgreesToUndo(qint64 run, const history::UndoResult& expected) {
+    const QString question = QStringLiteral("Annullare l'esecuzione %1?").arg(run);
+    if (expected.kept.size() <= MostInBox) {
+        return m_person.Ask(question, Question::ExclamationNo, history::LinesOf(expected).join(u'\n')) == Answer::Yes;
+    }
+    return m_person.Review(history::SummaryOf(expected).join(u'\n') + "\n\n" + question, history::KeptLines(expected));
+}
+
+void frmHistory::TellUndone(qint64 run, const history::UndoResult& done) {
+    if (done.kept.size() <= MostInBox) {
+        m_person.Message(history::LinesOf(done).join(u'\n'));
+        return;
+    }
+    const QStringList lines = history::SummaryOf(done) + QStringList{{}, "Righe che restano:"};
+    ShowText(QStringLiteral("Esecuzione %1 annullata").arg(run), (lines + history::KeptLines(done)).join(u'\n'));
+}
+
 void frmHistory::cmdUndo_Click() {
     const qint64 run = Current()->id;
     Told(m_person, [&] {
-        const QString what =
-            history::LinesOf(Busily(m_person, [&] { return history::TryUndo(m_session, m_history, run); })).join(u'\n');
-        if (m_person.Ask(QStringLiteral("Annullare l'esecuzione %1?").arg(run), Question::ExclamationNo, what) ==
-            Answer::Yes) {
+        const auto expected = Busily(m_person, [&] { return history::TryUndo(m_session, m_history, run); });
+        if (AgreesToUndo(run, expected)) {
             const auto done = Busily(m_person, [&] { return history::UndoAlone(m_session, m_history, run); });
-            m_person.Message(history::LinesOf(done).join(u'\n'));
+            TellUndone(run, done);
             Refresh();
         }
     });

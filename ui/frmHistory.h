@@ -4,6 +4,10 @@
 
 #include <QDialog>
 
+namespace history {
+struct UndoResult;
+}
+
 class QLineEdit;
 class QTableWidget;
 class WindowOperator;
@@ -47,6 +51,8 @@ private:
     QVector<qint64> Chosen() const;
     const history::Run* Current() const;
     bool MayWriteRejects(qint64 run, const QString& path);
+    bool AgreesToUndo(qint64 run, const history::UndoResult& expected);
+    void TellUndone(qint64 run, const history::UndoResult& done);
     void ConfirmAll(const std::vector<history::Again>& all);
     void ShowText(const QString& title, const QString& text);
 

@@ -112,24 +112,32 @@ void frmImport::FillCompanies(const QVector<modMain::Company>& companies) {
     cmbAzienda->addItems(modMain::NamesInList(companies));
 }
 
-/// Chooses a company by its code; none when the list has it not.
-void frmImport::SelectCompany(const QString& code) {
+/// The place of a company in the list; -1 when it is not there.
+int frmImport::PlaceOf(const QString& code) const {
     const auto known = std::find_if(m_companies.cbegin(), m_companies.cend(),
                                     [&code](const modMain::Company& each) { return each.code == code; });
-    cmbAzienda->setCurrentIndex(known == m_companies.cend() ? -1 : static_cast<int>(known - m_companies.cbegin()));
+    return known == m_companies.cend() ? -1 : static_cast<int>(known - m_companies.cbegin());
 }
 
-/// A company may have been made since: the list is read anew when it opens, and the choice stays. A database that does
-/// not answer leaves the list as it is; whatever is started next will tell.
+/// Chooses a company by its code, also one that was made since the list was read; none when there is none of that code.
+void frmImport::SelectCompany(const QString& code) {
+    if (PlaceOf(code) < 0) {
+        RenewCompanies();
+    }
+    cmbAzienda->setCurrentIndex(PlaceOf(code));
+}
+
+/// A company may have been made since: the list is read anew, and the choice stays. A database that does not answer
+/// leaves the list as it is; whatever is started next will tell.
 void frmImport::RenewCompanies() {
-    if (m_running || !m_session.Quadrix.State()) {
+    if (!m_session.Quadrix.State()) {
         return;
     }
     const ovErrors::Acting acting(m_session.Errors, ErrorAction::Abort);
     try {
         const QString chosen = m_companies.value(cmbAzienda->currentIndex()).code;
         FillCompanies(modMain::GetCompanies(m_session));
-        SelectCompany(chosen);
+        cmbAzienda->setCurrentIndex(PlaceOf(chosen));
     } catch (const std::exception&) {
         return;
     }

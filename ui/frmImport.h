@@ -79,6 +79,7 @@ private:
 
     void LoadCompanies();
     void FillCompanies(const QVector<modMain::Company>& companies);
+    int PlaceOf(const QString& code) const;
     void SelectCompany(const QString& code);
     void RenewCompanies();
     void FillOrigins();

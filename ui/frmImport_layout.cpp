@@ -83,7 +83,11 @@ QGroupBox* frmImport::NewChoices() {
     cmbErrors = NewList<ChoiceList>("cmbErrors", "In caso di errore", {});
     cmbErrors->addItems(ErrorModes());
     cmbErrors->setCurrentIndex(0);
-    connect(cmbAzienda, &ChoiceList::Opening, this, &frmImport::RenewCompanies);
+    connect(cmbAzienda, &ChoiceList::Opening, this, [this] {
+        if (!m_running) {
+            RenewCompanies();
+        }
+    });
     connect(cmbOrigine, &QComboBox::currentIndexChanged, this, &frmImport::cmbOrigine_Click);
     auto* picIcon = new QLabel;
     picIcon->setObjectName("picIcon");

@@ -33,11 +33,11 @@ public:
     explicit LockedChoice(frmImport& window)
         : m_window(window),
           m_state(window.m_state),
-          m_company(window.cmbAzienda->currentIndex()),
+          m_company(window.Chosen().companyCode),
           m_origin(window.cmbOrigine->currentIndex()) {}
     ~LockedChoice() {
         if (m_state.locked) {
-            m_window.cmbAzienda->setCurrentIndex(m_company);
+            m_window.SelectCompany(m_company);
             m_window.cmbOrigine->setCurrentIndex(m_origin);
             m_window.m_state = m_state;
             m_window.ShowState();
@@ -49,6 +49,6 @@ public:
 private:
     frmImport& m_window;
     WindowState m_state;
-    int m_company;
+    QString m_company; ///< its code: the list may be read anew meanwhile
     int m_origin;
 };

@@ -42,16 +42,20 @@ void frmImport::cmdTrySource_Click() {
     }
     const Running running(*this);
     const contract::Origin& origin = *Chosen().origin;
-    const sourceChoice::Trial trial = sourceChoice::Try(m_session, origin);
-    if (trial.text.isEmpty()) {
-        return;
-    }
-    const QString text = sourceChoice::Line(m_session, origin) + "\n\n" + trial.text;
-    if (trial.isOpen) {
-        m_person.Message(text);
-    } else {
-        m_person.Message("Impossibile connettersi a " + origin.name + "!\n" + text, Icon::Exclamation);
-    }
+    const QString failed = "Impossibile connettersi a " + origin.name + "!\n";
+    const auto tryToOpen = [&] {
+        const sourceChoice::Trial trial = sourceChoice::Try(m_session, origin);
+        if (trial.text.isEmpty()) {
+            return;
+        }
+        const QString text = sourceChoice::Line(m_session, origin) + "\n\n" + trial.text;
+        if (trial.isOpen) {
+            m_person.Message(text);
+        } else {
+            m_person.Message(failed + text, Icon::Exclamation);
+        }
+    };
+    Told(m_person, tryToOpen, failed);
 }
 
 void frmImport::cmdInspect_Click() {

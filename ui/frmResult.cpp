@@ -271,7 +271,11 @@ void frmResult::OpenRow(const QModelIndex& index) {
 void frmResult::Copy() {
     QStringList lines;
     for (const QModelIndex& index : Selected()) {
-        lines.append(m_model->LineAt(index));
+        const auto line = m_model->LineAt(index);
+        if (!line) {
+            return; // which has been told: the clipboard has all of them or none
+        }
+        lines.append(*line);
     }
     QGuiApplication::clipboard()->setText(lines.join(u'\n'));
 }

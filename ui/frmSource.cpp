@@ -179,7 +179,7 @@ sourceChoice::Source frmSource::Chosen() const {
 
 void frmSource::cmdOk_Click() {
     const sourceChoice::Source chosen = Chosen();
-    if (!Told(m_session.Person, [&] { sourceChoice::Write(m_session, m_origin, chosen, NewPassword()); })) {
+    if (!Told(m_session.Person, [&] { sourceChoice::Write(m_session, m_origin, m_source, chosen, NewPassword()); })) {
         return;
     }
     if (m_path != nullptr) {

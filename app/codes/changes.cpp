@@ -48,8 +48,7 @@ void CheckMaking(const BaseTable& base, const Change& change) {
             QStringLiteral("in %1 un codice non si crea da qui: vuole più di codice e descrizione").arg(base.table));
     }
     if (change.description.trimmed().isEmpty()) {
-        throw ImportError(QStringLiteral("per creare '%1' in %2 serve la descrizione (colonna 'Descrizione' del file, "
-                                         "opzione --description)")
+        throw ImportError(QStringLiteral("per creare '%1' in %2 serve anche la descrizione del nuovo codice")
                               .arg(change.newCode, base.table));
     }
     const schema::Table& table = *schema::FindTable(base.table);
@@ -75,8 +74,9 @@ void CheckUnchanged(Session& session, const Worklist& worklist, const Change& ch
         contract::StoredNewCode(session, change.table, change.field, change.oldCode).value_or(QString());
     const Code* shown = worklist.Find(change.table, change.field, change.oldCode);
     if (now != (shown == nullptr ? QString() : shown->newCode) && now != change.newCode) {
-        throw ImportError(QStringLiteral("%1.%2, '%3': qualcuno ha dato intanto il codice '%4'; aggiornare l'elenco")
-                              .arg(change.table, change.field, change.oldCode, now));
+        throw ImportError(
+            QStringLiteral("intanto qualcuno gli ha dato %1: rivedere la scelta e ripetere")
+                .arg(now.isEmpty() ? QStringLiteral("nessun codice") : QStringLiteral("il codice '%1'").arg(now)));
     }
 }
 

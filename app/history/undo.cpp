@@ -436,14 +436,18 @@ UndoResult TryUndo(Session& session, const History& history, qint64 number) {
     return Undo(session, history, number);
 }
 
-QStringList LinesOf(const UndoResult& result) {
-    QStringList lines{QStringLiteral("Righe tolte: %1").arg(result.removed),
-                      QStringLiteral("Righe riportate com'erano: %1").arg(result.restored),
-                      QStringLiteral("Righe eliminate che ci sono di nuovo: %1").arg(result.brought),
-                      QStringLiteral("Righe che restano come sono: %1").arg(result.keptCount)};
-    for (const KeptRow& row : result.kept) {
-        lines += QStringLiteral("  %1, RECORD_ID %2: %3").arg(row.table, QString::number(row.id), row.why);
-    }
+namespace {
+
+QStringList CountsOf(const UndoResult& result) {
+    return {QStringLiteral("Righe tolte: %1").arg(result.removed),
+            QStringLiteral("Righe riportate com'erano: %1").arg(result.restored),
+            QStringLiteral("Righe eliminate che ci sono di nuovo: %1").arg(result.brought),
+            QStringLiteral("Righe che restano come sono: %1").arg(result.keptCount)};
+}
+
+/// What is not as it was before the run, and cannot be seen from the counts.
+QStringList WarningsOf(const UndoResult& result) {
+    QStringList lines;
     if (!result.left.empty()) {
         lines +=
             QStringLiteral("Righe che restano e si riferiscono a ciò che si toglie: %1. Chi avrà poi quei codici avrà "
@@ -474,5 +478,19 @@ QStringList LinesOf(const UndoResult& result) {
     }
     return lines;
 }
+
+} // namespace
+
+QStringList KeptLines(const UndoResult& result) {
+    QStringList lines;
+    for (const KeptRow& row : result.kept) {
+        lines += QStringLiteral("  %1, RECORD_ID %2: %3").arg(row.table, QString::number(row.id), row.why);
+    }
+    return lines;
+}
+
+QStringList SummaryOf(const UndoResult& result) { return CountsOf(result) + WarningsOf(result); }
+
+QStringList LinesOf(const UndoResult& result) { return CountsOf(result) + KeptLines(result) + WarningsOf(result); }
 
 } // namespace history

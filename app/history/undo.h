@@ -45,7 +45,10 @@ UndoResult UndoAlone(Session& session, const History& history, qint64 run);
 /// What `UndoAlone` would do, found out by doing it: everything is put back at the end.
 UndoResult TryUndo(Session& session, const History& history, qint64 run);
 
-/// What was done, or would be, for the operator: one line each.
+/// What was done, or would be, for the operator: one line each, the rows that stay among them.
 QStringList LinesOf(const UndoResult& result);
+/// The same in few lines, without those rows; and a line for each of these.
+QStringList SummaryOf(const UndoResult& result);
+QStringList KeptLines(const UndoResult& result);
 
 } // namespace history

@@ -149,15 +149,34 @@ private slots:
         target.Person.Inputs = {std::nullopt};
         QTEST(sourceChoice::Line(session, origin), "line");
         QTEST(sourceChoice::Sections(session, origin).join(','), "sections");
-        sourceChoice::Source source = sourceChoice::Read(session, origin);
+        const sourceChoice::Source before = sourceChoice::Read(session, origin);
+        sourceChoice::Source source = before;
         source.database = source.place == contract::Place::Folder ? "/D" : "D";
         source.server = "S";
         source.dsn = "O";
         source.user = "u";
         source.integrated = false;
-        sourceChoice::Write(session, origin, source, "p");
+        sourceChoice::Write(session, origin, before, source, "p");
         const sourceSettings::OfOrigin settings(session, origin.name);
         QTEST(Prepare(session, origin.name), "prepared");
+    }
+
+    /// What another program sets while the operator chooses stays, but for what he has changed himself.
+    void writesWhatWasChanged() {
+        TestTarget target;
+        Session& session = target.Get();
+        const contract::Origin& origin = *registry::Find("Gescom");
+        session.Config.SetAppConfig("IMPORT", "Servername", "VECCHIO");
+        session.Config.SetAppConfig("IMPORT", "Databasename", "PRIMO");
+        const sourceChoice::Source before = sourceChoice::Read(session, origin);
+        session.Config.SetAppConfig("IMPORT", "Servername", "NUOVO");
+        session.Config.SetAppConfig("IMPORT", "Databasename", "SECONDO");
+        sourceChoice::Source source = before;
+        source.database = "TERZO";
+        sourceChoice::Write(session, origin, before, source, {});
+        const sourceChoice::Source now = sourceChoice::Read(session, origin);
+        QCOMPARE(now.server, QString("NUOVO"));
+        QCOMPARE(now.database, QString("TERZO"));
     }
 
     /// The user of a server, seeded by an origin that has one, is not that of a data source.

@@ -9,6 +9,7 @@
 
 #include <QCheckBox>
 #include <QListWidget>
+#include <QScreen>
 #include <QTableWidget>
 #include <QTest>
 #include <QToolButton>
@@ -151,12 +152,51 @@ private slots:
         QCOMPARE(test.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = 'Bonifico'"), QString("B9"));
     }
 
+    /// What somebody else has saved meanwhile is told and seen, and kept from being written over once.
+    void GoesOnWhenACodeWasTranslatedMeanwhile() {
+        CodedWindow test;
+        DialogDriver driver;
+        QVERIFY(test.InDialog(driver, [&](frmCodes& dialog) {
+            auto* list = dialog.findChild<QTreeWidget*>("lstCodes");
+            QTest::keyClick(list, Qt::Key_1);
+            QTest::keyClick(list, Qt::Key_1);
+            test.Get().Quadrix.Execute("UPDATE SYS_IMP SET TBNEW = 'RD' WHERE TBOLD = 'Bonifico'");
+            auto* save = dialog.findChild<QPushButton*>("cmdSave");
+            save->click();
+            QCOMPARE(driver.Events, QStringList("[!] anagrafe.pag, codice 'Bonifico': intanto qualcuno gli ha dato il "
+                                                "codice 'RD': rivedere la scelta e ripetere"));
+            QCOMPARE(Shown(dialog),
+                     QStringList({"Bonifico=B9 (da salvare)", "Rimessa diretta=RD (da salvare)", "Vista="}));
+            QCOMPARE(test.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = 'Bonifico'"), QString("RD"));
+            save->click();
+            QVERIFY2(driver.Events.last().contains("Codici cambiati: 2"), qPrintable(driver.Events.last()));
+        }));
+        QCOMPARE(test.Value("SELECT TBNEW FROM SYS_IMP WHERE TBOLD = 'Bonifico'"), QString("B9"));
+    }
+
+    /// Nobody is asked when the system ends the program.
+    void TheEndDoesNotWaitForWhatIsNotSaved() {
+        CodedWindow test;
+        DialogDriver driver;
+        bool isOpen = true;
+        QVERIFY(test.InDialog(driver, [&](frmCodes& dialog) {
+            QTest::keyClick(dialog.findChild<QTreeWidget*>("lstCodes"), Qt::Key_1);
+            test.Window().End();
+            isOpen = dialog.isVisible();
+        }));
+        QVERIFY(!isOpen);
+        QTRY_VERIFY(!test.Window().isVisible());
+        QVERIFY2(driver.Events.isEmpty(), qPrintable(driver.Events.join('\n')));
+    }
+
     /// Every cell with both values, a row that goes, and no work without a yes.
     void ShowsWhatApplyingChanges() {
         codes::Preview preview;
         preview.cells = {{"CON_TRO", "000004 Donati", "COMOP", {}, "RD"}, {"DIS_FAS", "AB 0 - 10", {}, "la riga", {}}};
-        CodePreview dialog({"anagrafe.pag: 'ZZ' = 'RD'"}, preview, nullptr);
+        CodePreview dialog(QStringList(500, "anagrafe.pag: 'ZZ' = 'RD'"), preview, nullptr);
         dialog.show();
+        QVERIFY(dialog.height() <= dialog.screen()->availableGeometry().height());
+        QCOMPARE(flaws::Of(dialog), QString());
         const auto* table = dialog.findChild<QTableWidget*>("tblCells");
         QStringList cells;
         for (int row = 0; row < table->rowCount(); ++row) {

@@ -3,8 +3,10 @@
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 #include "ui/SignalWatch.h"
+#include "ui/TextDialog.h"
 
 #include <QTest>
+#include <QToolButton>
 
 #include <csignal>
 
@@ -254,6 +256,60 @@ private slots:
         raise(SIGTERM);
         QTRY_VERIFY(!test.Window().isVisible());
 #endif
+    }
+
+    /// Rows that stay are looked through before, and told behind, in lists: a box would be higher than the screen.
+    void AnUndoThatLeavesManyRowsIsLookedThrough() {
+        ArcaWindow test;
+        DialogDriver driver;
+        test.Button("cmdImportCli").click();
+        test.Get().Quadrix.Execute("UPDATE DEM_CON_TRO SET CORAS = 'di mano'");
+        driver.Events.clear();
+        QStringList listed;
+        QString told;
+        driver.On = [&](QWidget& dialog) {
+            if (qobject_cast<ReviewDialog*>(&dialog) != nullptr) {
+                listed = dialog.findChild<QPlainTextEdit*>("txtList")->toPlainText().split('\n');
+            } else if (auto* text = qobject_cast<TextDialog*>(&dialog)) {
+                told = text->findChild<QPlainTextEdit*>("txtLines")->toPlainText();
+                text->accept();
+            }
+            return false;
+        };
+        test.Window().findChild<QToolButton*>("cmdHistory")->click();
+        test.Window().findChild<QPushButton*>("cmdUndo")->click();
+        QCOMPARE(driver.Events, QStringList("review Annullare l'esecuzione 1? = cmdYes"));
+        QCOMPARE(QString::number(listed.size()), test.Value("SELECT COUNT(*) FROM DEM_CON_TRO"));
+        QVERIFY2(told.startsWith("Righe tolte: ") && told.endsWith(listed.last()), qPrintable(told));
+    }
+
+    /// Also one that asks before it closes, stands beneath a progress, or comes up when the end was told already.
+    void NoDialogOutlastsTheEnd_data() {
+        using Work = std::function<void(WindowOperator&)>;
+        Columns<Work>("work");
+        Row("it waits", Work([](WindowOperator& person) { person.End(); }));
+        Row("beneath a progress", Work([](WindowOperator& person) {
+                const auto progress = person.ShowProgress();
+                person.End();
+                QVERIFY(progress->Cancel());
+            }));
+        Row("it comes up later", Work());
+    }
+    void NoDialogOutlastsTheEnd() {
+        class Stubborn : public QDialog {
+        public:
+            void reject() override {}
+        };
+        QFETCH(std::function<void(WindowOperator&)>, work);
+        WindowOperator person;
+        Stubborn dialog;
+        QTimer::singleShot(5000, &dialog, &QDialog::accept);
+        if (work) {
+            QTimer::singleShot(0, &dialog, [&] { work(person); });
+        } else {
+            person.End();
+        }
+        QCOMPARE(dialog.exec(), int(QDialog::Rejected));
     }
 
     /// While a question waits nothing can be stopped: the window stays, the import goes its way.

@@ -102,6 +102,20 @@ private slots:
         QVERIFY(test.Get().Source == nullptr);
     }
 
+    /// The window stays, and so does what was chosen in it.
+    void TryingTellsThatTheSettingsCannotBeRead() {
+        ForeignWindow test;
+        const QString path = test.Folder.filePath("Quadrix.ini");
+        WriteFile(path, ReadFile(path) + QByteArray("x\0", 2));
+        DialogDriver driver;
+        test.Tool("cmdTrySource").click();
+        QCOMPARE(driver.Events.size(), 1);
+        QVERIFY2(driver.Events.first().startsWith("[!] Impossibile connettersi a Gescom!") &&
+                     driver.Events.first().contains("Quadrix.ini"),
+                 qPrintable(driver.Events.first()));
+        QCOMPARE(test.List("cmbOrigine").currentText(), QString("Gescom"));
+    }
+
     void KeepsThePathsThatWereRead() {
         TestWindow test;
         test.Start();

@@ -153,6 +153,27 @@ private slots:
         QCOMPARE(test.Notes().model()->index(1, 0).data(Qt::CheckStateRole).toInt(), int(Qt::Checked));
     }
 
+    /// It is told once, however often the view asks; what was copied before stays.
+    void NotesThatCannotBeReadAreTold() {
+        DialogDriver driver;
+        ImportedWindow test(driver);
+        ovConnection history;
+        OpenEmbedded(history, history::FilePath(test.Get().Config.ConfigFile()));
+        history.Execute("ALTER TABLE notes RENAME TO notes2");
+        QGuiApplication::clipboard()->setText("di prima");
+        const QModelIndex kind = test.Notes().model()->index(1, 0);
+        test.Notes().expand(kind);
+        const QModelIndex note = kind.model()->index(0, 0, kind);
+        for (int time = 0; time < 3; ++time) {
+            QVERIFY(!note.data().isValid());
+        }
+        QTRY_COMPARE(driver.Events.size(), 1);
+        test.Notes().setCurrentIndex(note);
+        Press(test.Shown(), "cmdCopy");
+        QTRY_COMPARE(driver.Events.size(), 2);
+        QCOMPARE(QGuiApplication::clipboard()->text(), QString("di prima"));
+    }
+
     void ShownNotesAreExported() {
         DialogDriver driver;
         ImportedWindow test(driver);
@@ -247,21 +268,26 @@ private slots:
         }
     }
 
-    /// What the settings lock stands behind the rejects of another company and origin as before, and is stored so.
+    /// What the settings lock stands behind the rejects of another company and origin as before, and is stored so; that
+    /// company need not have been there when the window opened.
     void ALockedWindowStaysLocked() {
         DialogDriver driver;
         ImportedWindow test(driver);
         test.Mend();
-        CreateDatabase(test.Get().Quadrix, "ALT", "Altra S.r.l.");
+        CreateDatabase(test.Get().Quadrix, "ZLT", "Altra S.r.l.");
         const QString before = test.Rows();
+        test.Get().Quadrix.Execute("UPDATE SYS_AZI SET CDAZI = 'ZZZ' WHERE CDAZI = 'DEM'");
         test.Window().close();
         test.Set("IMPORT", "AZIENDA", "Altra S.r.l.");
         test.Set("IMPORT", "ORIGINE", "Gescom");
         test.Set("IMPORT", "Disable_Configuration", "1");
         test.Set("IMPORT", "Disable_ImportArt", "1");
         test.Start();
+        test.Get().Quadrix.Execute("UPDATE SYS_AZI SET CDAZI = 'DEM' WHERE CDAZI = 'ZZZ'");
         Press(test.History(), "cmdImportRejects");
         QCOMPARE(test.Rows().toInt() - before.toInt(), 1);
+        QVERIFY2(test.Text("txtResult").contains("azienda DEM " + ArcaWindow::Company + ", "),
+                 qPrintable(test.Text("txtResult")));
         QCOMPARE(test.List("cmbAzienda").currentText(), QString("Altra S.r.l."));
         QCOMPARE(test.List("cmbOrigine").currentText(), QString("Gescom"));
         QVERIFY(!test.Button("cmdImportArt").isVisible() && test.Button("cmdImportCli").isVisible());
