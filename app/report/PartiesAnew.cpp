@@ -1,5 +1,6 @@
 #include "app/report/PartiesAnew.h"
 
+#include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
 #include "app/report/names.h"
 #include "core/Schema.h"
@@ -17,8 +18,10 @@ const QString IdColumn = QStringLiteral("RECORD_ID");
 const QString Code = QStringLiteral("CDCON");
 const QString AsCustomer = QStringLiteral("COCGE");
 const QString AsSupplier = QStringLiteral("COFGE");
-/// By these a counterparty is found: its code, its codes in the source, its numbers.
-const QStringList FoundBy{Code, AsCustomer, AsSupplier, "COIVA", "COFIS"};
+const QString AsCarrier = QStringLiteral("COVET");
+const QString ItsCarrier = QStringLiteral("COVEP");
+/// By these a counterparty is found: its code, its codes in the source, its numbers, and a carrier's name.
+const QStringList FoundBy{Code, AsCustomer, AsSupplier, "COIVA", "COFIS", AsCarrier};
 
 const QStringList Lists{"COLSC", "COLSF"};
 
@@ -38,21 +41,36 @@ QString SourceCodes(const QMap<QString, QVariant>& values) {
     return customer.isEmpty() && supplier.isEmpty() ? QString() : QString(customer + QChar(u'\x1f') + supplier);
 }
 
-/// Whether one row of the source has made it.
-bool IsOfOne(const QMap<QString, QVariant>& values) {
-    const QString codes = SourceCodes(values);
-    const QString customer = codes.section(QChar(u'\x1f'), 0, 0);
-    const QString supplier = codes.section(QChar(u'\x1f'), 1);
-    return !codes.isEmpty() && (customer.isEmpty() || supplier.isEmpty() || customer == supplier);
-}
+QString TextOf(const Recordset& row, const QString& column) { return mod_ovTools::ToText(row.Value(column)).trimmed(); }
 
 } // namespace
 
-void PartiesAnew::Hide() {
+/// CDCON of the carriers of the company by what SYS_IMP knows them by: they have no column for their code in the
+/// source.
+QHash<QString, QString> PartiesAnew::Carriers() {
     Recordset rows =
-        m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, USINS, " + (FoundBy + Lists).join(u", ") + u" FROM " + m_table);
+        m_session.Quadrix.ExecuteWC(u"SELECT TBFLD, TBOLD, TBNEW FROM SYS_IMP WHERE " +
+                                    Equals(m_session, QStringLiteral("TBNAM"), contract::JoinedPartyList(m_session)));
+    QHash<QString, QString> carriers;
     for (; !rows.Eof(); rows.MoveNext()) {
-        Party party{rows.Value(IdColumn).toLongLong(), {}, {}};
+        const QString list = TextOf(rows, QStringLiteral("TBFLD"));
+        if (list != AsCustomer && list != AsSupplier) {
+            carriers.insert(list + QChar(u'\x1f') + TextOf(rows, QStringLiteral("TBOLD")),
+                            TextOf(rows, QStringLiteral("TBNEW")));
+        }
+    }
+    return carriers;
+}
+
+void PartiesAnew::Hide() {
+    QMultiHash<QString, QString> carriers; // by CDCON
+    for (const auto& [carrier, code] : Carriers().asKeyValueRange()) {
+        carriers.insert(code, carrier);
+    }
+    Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, USINS, " + ItsCarrier + u", " +
+                                                 (FoundBy + Lists).join(u", ") + u" FROM " + m_table);
+    for (; !rows.Eof(); rows.MoveNext()) {
+        Party party{.id = rows.Value(IdColumn).toLongLong(), .carrier = TextOf(rows, ItsCarrier)};
         for (const QString& column : FoundBy) {
             party.foundBy.insert(column, rows.Value(column));
         }
@@ -62,15 +80,21 @@ void PartiesAnew::Hide() {
             }
         }
         m_last = std::max(m_last, party.id);
-        const bool isImported =
-            mod_ovTools::ToText(rows.Value(QStringLiteral("USINS"))).trimmed() == schema::defaults::ImportUser;
-        if (isImported && IsOfOne(party.foundBy)) {
+        const bool hasCodes = !SourceCodes(party.foundBy).isEmpty();
+        party.carriers = hasCodes ? QStringList() : carriers.values(TextOf(rows, Code));
+        const bool isImported = TextOf(rows, QStringLiteral("USINS")) == schema::defaults::ImportUser;
+        if (isImported && (hasCodes || !party.carriers.isEmpty())) {
             m_hidden.push_back(party);
         }
     }
     rows.Close();
     for (const Party& party : m_hidden) {
-        Set(party.id, {{Code, HiddenCode(party.id)}, {AsCustomer, {}}, {AsSupplier, {}}, {"COIVA", {}}, {"COFIS", {}}});
+        Set(party.id, {{Code, HiddenCode(party.id)},
+                       {AsCustomer, {}},
+                       {AsSupplier, {}},
+                       {"COIVA", {}},
+                       {"COFIS", {}},
+                       {AsCarrier, false}});
     }
 }
 
@@ -87,12 +111,11 @@ void PartiesAnew::Set(qint64 id, const Values& values) {
     m_session.Quadrix.Execute(query.MakeStatement(StatementKind::Update));
 }
 
-/// What the trial has written, by its codes in the source; it is taken out of the table. A column that is blank is not
-/// the import's own.
-QHash<QString, PartiesAnew::Values> PartiesAnew::TakeAnew() {
+/// What the trial has written; it is taken out of the table. A column that is blank is not the import's own.
+PartiesAnew::Written PartiesAnew::TakeAnew() {
     static const QStringList others{IdColumn, Code, "USINS", "DTINS", "USMDF", "DTMDF"};
     const QString anew = m_table + u" WHERE RECORD_ID > " + QString::number(m_last);
-    QHash<QString, Values> taken;
+    Written written;
     Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + anew);
     const QStringList columns = rows.Columns();
     for (; !rows.Eof(); rows.MoveNext()) {
@@ -104,21 +127,48 @@ QHash<QString, PartiesAnew::Values> PartiesAnew::TakeAnew() {
                 values.insert(column, value);
             }
         }
-        taken.insert(SourceCodes(values), values);
+        const QString code = TextOf(rows, Code);
+        written.codes.insert(SourceCodes(values), code);
+        written.values.insert(code, values);
     }
     rows.Close();
     m_session.Quadrix.Execute(u"DELETE FROM " + anew);
-    return taken;
+    return written;
+}
+
+/// Finds what the trial has written of each by its codes in the source.
+void PartiesAnew::FindAnew(const Written& written) {
+    const QHash<QString, QString> carriers = Carriers();
+    for (Party& party : m_hidden) {
+        if (party.carriers.isEmpty()) {
+            party.anew = written.codes.value(SourceCodes(party.foundBy));
+        }
+        for (const QString& carrier : std::as_const(party.carriers)) {
+            const QString code = carriers.value(carrier);
+            party.anew = written.values.contains(code) ? code : party.anew;
+        }
+        (party.anew.isEmpty() ? m_inVain : m_anew).insert(party.id);
+    }
 }
 
 void PartiesAnew::Show() {
-    const QHash<QString, Values> anew = TakeAnew();
+    const Written written = TakeAnew();
+    FindAnew(written);
+    QHash<QString, QVariant> codes; // that they have, by those that the trial has given them
+    for (const Party& party : m_hidden) {
+        if (!party.anew.isEmpty()) {
+            codes.insert(party.anew, party.foundBy.value(Code));
+        }
+    }
     for (const Party& party : m_hidden) {
         Values values = party.foundBy;
-        const auto given = anew.constFind(SourceCodes(party.foundBy));
-        if (given != anew.cend()) {
-            values.insert(*given);
+        if (!party.anew.isEmpty()) {
+            values.insert(written.values.value(party.anew));
             values.insert(party.ownLists);
+            const QString carrier = mod_ovTools::ToText(values.value(ItsCarrier)).trimmed();
+            if (carrier != party.carrier && codes.contains(carrier)) {
+                values.insert(ItsCarrier, codes.value(carrier));
+            }
             values.insert(QStringLiteral("USMDF"), schema::defaults::ImportUser);
             values.insert(QStringLiteral("DTMDF"), m_session.Now());
         }

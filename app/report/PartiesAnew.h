@@ -15,27 +15,43 @@ public:
         : m_session(session),
           m_table(session.Quadrix.GetFullTableName(Table)) {}
 
-    /// Hides the counterparties that an import has made of one row of the source each; those made of several have
-    /// columns of each. Raises `SqlError`.
+    /// Hides the counterparties that an import has made and of which the source codes are known: what the trial writes
+    /// anew is found by them. Raises `SqlError`.
     void Hide();
     /// Shows them again, with what the trial has given those that it has written anew. Raises `SqlError`.
     void Show();
+
+    /// Those that it has written anew, by RECORD_ID, and those that were hidden in vain.
+    const QSet<qint64>& Anew() const { return m_anew; }
+    const QSet<qint64>& InVain() const { return m_inVain; }
 
 private:
     using Values = QMap<QString, QVariant>; ///< by column
     struct Party {
         qint64 id = 0;
-        Values foundBy;  ///< the columns by which it would be found
-        Values ownLists; ///< COLSC, COLSF where that is its own price list, which an import of counterparties leaves
+        Values foundBy = {};       ///< the columns by which it would be found
+        Values ownLists = {};      ///< COLSC, COLSF where that is its own price list, which stays
+        QString carrier = {};      ///< COVEP: the carrier that it has
+        QStringList carriers = {}; ///< of one that is nothing but a carrier: the carriers of the source that it is
+        QString anew = {};         ///< the code under which the trial has written it; empty: it has not
+    };
+    /// What the trial has written, by the code that it has given it.
+    struct Written {
+        QHash<QString, Values> values;
+        QHash<QString, QString> codes; ///< by the codes in the source
     };
 
-    QHash<QString, Values> TakeAnew();
+    QHash<QString, QString> Carriers();
+    Written TakeAnew();
+    void FindAnew(const Written& written);
     void Set(qint64 id, const Values& values);
 
     Session& m_session;
     QString m_table; ///< physical name
     qint64 m_last = 0;
     std::vector<Party> m_hidden;
+    QSet<qint64> m_anew;
+    QSet<qint64> m_inVain;
 };
 
 } // namespace proof

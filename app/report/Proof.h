@@ -26,6 +26,7 @@ struct Difference {
     QString column = {}; ///< of a value
     QString source = {}; ///< of a value: as the rules make it of the source, written the Italian way
     QString target = {}; ///< of a value: as it stands in Quadrix
+    qint64 id = 0;       ///< of a value: RECORD_ID of the row
 };
 
 /// Amounts of a group of rows on both sides.
@@ -97,6 +98,7 @@ struct Kind {
     std::vector<Uncompared> uncompared;
     qint64 mended = 0;      ///< rows given up that were imported with mended values, and are as they were then
     bool onlyRoles = false; ///< of counterparties those columns alone were compared that their roles give
+    qint64 partly = 0;      ///< counterparties of which no import has written all columns anew
     QString trouble;        ///< why nothing could be compared; empty when it could
 };
 

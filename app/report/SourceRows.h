@@ -36,6 +36,11 @@ public:
         const auto rows = m_rows.constFind(table);
         return rows != m_rows.cend() && rows->contains(id);
     }
+    /// Those rows of a table (physical name), by RECORD_ID.
+    QSet<qint64> Rewritten(const QString& table) const {
+        const QList<qint64> rows = m_rows.value(table).keys();
+        return {rows.begin(), rows.end()};
+    }
     /// Whether a column of a table (physical name) was written in a row that was there.
     bool IsRewritten(const QString& table, const QString& column) const {
         return m_columns.value(table).contains(column.toUpper());

@@ -206,6 +206,11 @@ void TableWatch::Since() {
               [](const Total& one, const Total& other) { return one.group < other.group; });
 }
 
+qint64 TableWatch::DifferentOf(const QSet<qint64>& rows) const {
+    return std::count_if(rows.begin(), rows.end(),
+                         [this](qint64 row) { return m_states.value(row) == State::Different; });
+}
+
 // --- Rows side by side ----------------------------------------------------------------------------------------------
 
 void TableWatch::CompareKept() {
@@ -232,7 +237,7 @@ void TableWatch::CompareKept() {
             const schema::Column* known = m_known[static_cast<size_t>(column)];
             m_figures.differences.push_back({Difference::Kind::Value, m_table.name, Title(*target),
                                              m_sourceRows.Of(m_name, source.id), m_columns.at(column),
-                                             Shown(known, gives), Shown(known, stands)});
+                                             Shown(known, gives), Shown(known, stands), source.id});
         }
     }
 }

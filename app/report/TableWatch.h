@@ -18,6 +18,8 @@ public:
     void Before(); ///< the trial
     void After();  ///< it, within its transaction
     void Since();  ///< it was taken back
+    /// How many of some rows (RECORD_ID) it has changed.
+    qint64 DifferentOf(const QSet<qint64>& rows) const;
     /// What came of it.
     const TableFigures& Figures() const { return m_figures; }
 

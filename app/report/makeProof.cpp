@@ -112,17 +112,25 @@ QStringList ColumnsIn(const QString& table, const QStringList& columns) {
         .replaceInStrings(table + u'.', QString());
 }
 
+/// Rows that the deeper trial does not come to, of which the first one has compared what it rewrites.
+struct NotDeepened {
+    QSet<qint64> rows;    ///< RECORD_ID of those that differ there alone
+    qint64 different = 0; ///< how many of these do
+    qint64 others = 0;    ///< how many are not compared in all columns, and agree in those that are
+};
+
 /// Takes what more of the rows that are there was compared. Rows that are missing or too many are told by the trial
 /// that saw all of them.
-/// @param givenUp rows of the source that could not be read so: those of Quadrix are not compared
-void Deepen(TableFigures& figures, const TableFigures& deeper, qint64 givenUp) {
+void Deepen(TableFigures& figures, const TableFigures& deeper, const NotDeepened& left) {
     const auto isOfValues = [](const Difference& each) { return each.kind == Difference::Kind::Value; };
-    const qint64 there = figures.OfTarget() - figures.surplus - deeper.different;
-    figures.equal = std::max<qint64>(0, there - givenUp);
+    const qint64 different = deeper.different + left.different;
+    const qint64 there = figures.OfTarget() - figures.surplus - different;
+    figures.equal = std::max<qint64>(0, there - std::max<qint64>(0, left.others));
     figures.kept += std::max<qint64>(0, there) - figures.equal;
-    figures.different = deeper.different;
+    figures.different = different;
     figures.samples = deeper.samples;
-    std::erase_if(figures.differences, isOfValues);
+    std::erase_if(figures.differences,
+                  [&](const Difference& each) { return isOfValues(each) && !left.rows.contains(each.id); });
     std::copy_if(deeper.differences.begin(), deeper.differences.end(), std::back_inserter(figures.differences),
                  isOfValues);
     if (deeper.OfSource() == figures.OfSource()) {
@@ -165,6 +173,7 @@ private:
     bool CanRepeat() const;
     void CompareParties();
     qint64 TakeGivenUpAnew(const QVector<RunResult>& anew);
+    void TakeDeeper(TableFigures& figures, const TableFigures& deeper, const PartiesAnew& anew, qint64 givenUp);
 
     Session& m_session;
     const Choice& m_choice;
@@ -177,6 +186,7 @@ private:
     bool m_isCompared = false; ///< the trial has come to its end, whatever that was
     QString m_source;
     QStringList m_ofToday;     ///< columns that hold the day of the import
+    QSet<qint64> m_rewritten;  ///< counterparties that the trial has found, by RECORD_ID
     bool m_isDeepened = false; ///< all columns of the counterparties were compared
     Kind m_kind;
 };
@@ -274,6 +284,7 @@ void Comparison::CompareParties() {
                      m_sourceRows);
     PartiesAnew anew(m_session);
     const qsizetype first = m_session.Results.size();
+    m_rewritten = m_sourceRows.Rewritten(m_session.Quadrix.GetFullTableName(PartiesAnew::Table));
     m_sourceRows.AreReadAgain();
     const FlowOutcome outcome = RunImport(m_session, Request({[&] {
                                                                   watch.Before();
@@ -290,8 +301,19 @@ void Comparison::CompareParties() {
         return;
     }
     watch.Since();
-    Deepen(*figures, watch.Figures(), TakeGivenUpAnew(results));
+    TakeDeeper(*figures, watch.Figures(), anew, TakeGivenUpAnew(results));
     m_isDeepened = true;
+}
+
+/// @param givenUp rows of the source that could not be read so: those of Quadrix are not compared
+void Comparison::TakeDeeper(TableFigures& figures, const TableFigures& deeper, const PartiesAnew& anew,
+                            qint64 givenUp) {
+    const auto first = std::find_if(m_tables.begin(), m_tables.end(),
+                                    [](const TableWatch& each) { return each.Figures().table == PartiesAnew::Table; });
+    const QSet<qint64> left = m_rewritten - anew.Anew();
+    m_kind.partly = std::max<qint64>(0, left.size() - givenUp);
+    Deepen(figures, deeper,
+           {anew.InVain(), first->DifferentOf(anew.InVain()), givenUp + m_kind.partly - first->DifferentOf(left)});
 }
 
 /// Takes the rows that were given up only where their counterparty was written anew: what it keeps when it is there
@@ -319,22 +341,21 @@ qint64 Comparison::TakeGivenUpAnew(const QVector<RunResult>& anew) {
 void Comparison::TellUncompared() {
     for (const TableFigures& figures : m_kind.tables) {
         const qint64 rows = figures.equal + figures.different;
-        if (rows == 0) {
-            continue;
-        }
         const QString prefix = figures.table + u'.';
-        const auto tell = [&](const QString& column, const QString& reason) {
-            m_kind.uncompared.push_back({prefix + column, rows, reason});
+        const auto tell = [&](const QString& column, qint64 cells, const QString& reason) {
+            if (cells > 0) {
+                m_kind.uncompared.push_back({prefix + column, cells, reason});
+            }
         };
         const QStringList ofToday = ColumnsIn(figures.table, m_ofToday);
         for (const QString& column : ofToday) {
-            tell(column, QStringLiteral("è il giorno dell'importazione"));
+            tell(column, rows, QStringLiteral("è il giorno dell'importazione"));
         }
-        const bool isWhole = m_isDeepened && figures.table == PartiesAnew::Table;
+        const qint64 left = m_isDeepened && figures.table == PartiesAnew::Table ? m_kind.partly : rows;
         const QString physical = m_session.Quadrix.GetFullTableName(figures.table);
-        for (const QString& column : isWhole ? QStringList() : MappedColumns(m_procedures, figures.table)) {
+        for (const QString& column : MappedColumns(m_procedures, figures.table)) {
             if (!ofToday.contains(column) && !m_sourceRows.IsRewritten(physical, column)) {
-                tell(column, QStringLiteral("l'importazione non la riscrive nelle righe che ci sono già"));
+                tell(column, left, QStringLiteral("l'importazione non la riscrive nelle righe che ci sono già"));
             }
         }
     }

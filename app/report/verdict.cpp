@@ -16,6 +16,10 @@ const QString Gone = QStringLiteral("NON PIÙ NELL'ORIGINE");
 /// How it begins what says that an article which a row or a part of it names is not there.
 const QString NoArticle = QStringLiteral("ARTICOLO NON TROVATO");
 
+/// How it begins what says that Quadrix has not a telephone, address or contact that the source tells of a
+/// counterparty.
+const QString OtherContact = QStringLiteral("RECAPITO DIVERSO");
+
 /// How it begins what says that rows of a sheet stand outside of its data.
 const QStringList OutOfSheet{QStringLiteral("RIGHE OLTRE LA FINE"), QStringLiteral("RIGA SOPRA I DATI")};
 
@@ -59,10 +63,14 @@ QStringList YellowReasons(const Findings& found) {
                 "righe dell'origine sono rimaste fuori perché manca ciò che nominano") +
         Counted(found.partsWanting, "annotazione dice che manca l'articolo di un componente o di una riga",
                 "annotazioni dicono che manca l'articolo di un componente o di una riga") +
+        Counted(found.contacts, "annotazione dice che un recapito dell'origine non è in Quadrix",
+                "annotazioni dicono che un recapito dell'origine non è in Quadrix") +
         Counted(found.unread, "annotazione dice che il foglio ha righe che non si leggono",
                 "annotazioni dicono che il foglio ha righe che non si leggono") +
         Counted(found.uncompared, "riga già importata non si è confrontata",
-                "righe già importate non si sono confrontate");
+                "righe già importate non si sono confrontate") +
+        Counted(found.partly, "controparte non si è confrontata in tutte le colonne",
+                "controparti non si sono confrontate in tutte le colonne");
     if (found.onlyRoles) {
         reasons << QStringLiteral("delle controparti non si sono confrontate tutte le colonne");
     }
@@ -90,6 +98,7 @@ void AddStep(Findings& found, const Step& step) {
     }
     for (const Notes::Kind& note : result.notes.kinds) {
         found.gone += note.name.endsWith(Gone) ? note.count : 0;
+        found.contacts += note.name == OtherContact ? note.count : 0;
         found.unread += OutOfSheet.contains(note.name) ? note.count : 0;
         if (note.name == NoArticle) { // a row that is left out tells it too
             found.partsWanting += std::max<qint64>(note.count - result.skippedBy.value(contract::ArticleMissing), 0);
@@ -112,8 +121,10 @@ Findings& Findings::operator+=(const Findings& more) {
     gone += more.gone;
     wanting += more.wanting;
     partsWanting += more.partsWanting;
+    contacts += more.contacts;
     unread += more.unread;
     uncompared += more.uncompared;
+    partly += more.partly;
     onlyRoles = onlyRoles || more.onlyRoles;
     empty += more.empty;
     compared += more.compared;
@@ -136,6 +147,7 @@ Findings FindingsOf(const Kind& kind) {
     }
     found.mended = std::min(kind.mended, found.givenUp);
     found.givenUp -= found.mended;
+    found.partly = kind.partly;
     found.onlyRoles = kind.onlyRoles;
     const bool isNothing =
         FiguresOf(kind).rows == 0 || (found.compared == 0 && found.missing == 0 && found.givenUp + found.mended == 0);

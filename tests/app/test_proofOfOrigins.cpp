@@ -17,10 +17,11 @@ struct ExampleSource {
     const char* origin;
     const char* example;
     const char* place;
+    int rows = 40;
 };
 
 const ExampleSource OfGescom{"Gescom", "gescom", "gescom/gescom.db"};
-const ExampleSource OfArca{"Arca 2000", "arca2000", "arca2000"};
+const ExampleSource OfArca{"Arca 2000", "arca2000", "arca2000", 110};
 const ExampleSource OfMexal{"Mexal", "mexal", "mexal"};
 
 /// A company into which all that an origin has was imported.
@@ -29,7 +30,7 @@ public:
     explicit MigratedOrigin(const ExampleSource& source)
         : m_choice{"Prova Uno S.r.l.", {}, registry::Find(source.origin), ErrorAction::Ignore} {
         examples::Options options;
-        options.rows = 40;
+        options.rows = source.rows;
         options.folder = Folder.filePath(source.example);
         options.company = "X01";
         examples::Make(source.example, options);
@@ -48,7 +49,9 @@ public:
         }
     }
 
-    Proof Compared() { return *Make(Get(), m_choice, AllOf(*m_choice.origin)); }
+    Proof Compared() {
+        return *Make(Get(), m_choice, AllOf(*m_choice.origin), {[] {}, [] {}});
+    }
 
 private:
     Choice m_choice;
@@ -103,6 +106,10 @@ private slots:
         Row("prices: one that is gone", OfArca, "DELETE FROM X01_LIS_ARS WHERE RECORD_ID = 1", "missing LIS_ARS");
         Row("articles: a code", OfArca, "UPDATE X01_ART_ICO SET ARUMS = 'XX' WHERE RECORD_ID = 3",
             "value ART_ICO ARUMS");
+        Row("counterparties: a name of one that is customer and supplier", OfArca,
+            "UPDATE X01_CON_TRO SET CORAS = 'ALTRO' WHERE RECORD_ID = (SELECT MIN(RECORD_ID) FROM X01_CON_TRO WHERE "
+            "COCLI = 1 AND COFOR = 1 AND COCGE <> COFGE)",
+            "value CON_TRO CORAS");
         Row("stock: a quantity", OfMexal, "UPDATE X01_MOV_MAR SET MRQTA = MRQTA + 1 WHERE RECORD_ID = 1",
             "value MOV_MAR MRQTA");
         Row("stock: a row that is gone", OfMexal, "DELETE FROM X01_MOV_MAR WHERE RECORD_ID = 1", "missing MOV_MAR");

@@ -211,6 +211,10 @@ private slots:
             "SELECT CDART, 'Altro' FROM X01_ART_ICO WHERE RECORD_ID = 3", "value ART_ICO %1 ARDES * Altro");
         Row("a name, which a second import leaves", "UPDATE X01_CON_TRO SET CORAS = 'Altro' WHERE RECORD_ID = 3",
             "SELECT CDCON, 'Altro' FROM X01_CON_TRO WHERE RECORD_ID = 3", "value CON_TRO %1 CORAS * Altro");
+        Row("a carrier, whom SYS_IMP alone tells",
+            "UPDATE X01_CON_TRO SET COCIT = 'Altro' WHERE RECORD_ID = (SELECT MAX(RECORD_ID) FROM X01_CON_TRO WHERE "
+            "COVET = 1 AND COALESCE(COCGE, COFGE, '') = '')",
+            "SELECT CDCON, CORAS FROM X01_CON_TRO WHERE COCIT = 'Altro'", "value CON_TRO %1 COCIT * Altro");
         Row("a row of a document", "DELETE FROM X01_DOC_VER WHERE RECORD_ID = 1",
             "SELECT T.DTCAU, T.DTNUM, T.DTANN, '-', R.DRNUM, R.DRART FROM X01_DOC_VEN "
             "T "
@@ -235,6 +239,52 @@ private slots:
         QCOMPARE(VerdictOf(FindingsOf(proof)).light, Light::Red);
         const QString page = Html(proof);
         QVERIFY(page.contains(named.toHtmlEscaped()) || page.contains("Altro"));
+    }
+
+    /// Of a counterparty that the source does not give as it stands there, what an import rewrites is compared alone,
+    /// and the page says so.
+    void TellsPartiesThatAreNotWrittenAnew_data() {
+        Columns<QString, QString, Light>("change", "told", "light");
+        Row("of somebody else", "UPDATE X01_CON_TRO SET USINS = 'ROSSI' WHERE RECORD_ID = 3",
+            "1 controparte non si è confrontata in tutte le colonne", Light::Yellow);
+        Row("of two that were merged",
+            "UPDATE X01_CON_TRO SET COFGE = 'ZZ' WHERE RECORD_ID = (SELECT MIN(RECORD_ID) FROM X01_CON_TRO WHERE COCLI "
+            "= "
+            "1)",
+            "1 controparte non si è confrontata in tutte le colonne", Light::Yellow);
+        Row("the same with another discount",
+            "UPDATE X01_CON_TRO SET COFGE = 'ZZ', COSC1 = 77 WHERE RECORD_ID = (SELECT MIN(RECORD_ID) FROM X01_CON_TRO "
+            "WHERE COCLI = 1)",
+            "1 riga di Quadrix ha valori diversi", Light::Red);
+    }
+    void TellsPartiesThatAreNotWrittenAnew() {
+        QFETCH(const QString, change);
+        QFETCH(const QString, told);
+        QFETCH(const Light, light);
+        Migrated target;
+        QCOMPARE(target.Execute(change), 1);
+        const Proof proof = target.Compared({{contract::Button::Cli}});
+        const Verdict verdict = VerdictOf(FindingsOf(proof));
+        QCOMPARE(verdict.light, light);
+        QVERIFY2(verdict.reason.contains(told), qPrintable(verdict.reason));
+        QCOMPARE(QString::number(Figures(proof, "CON_TRO").equal + 1),
+                 target.Value("SELECT COUNT(*) FROM X01_CON_TRO"));
+        const std::vector<Uncompared>& left = proof.kinds.front().uncompared;
+        QVERIFY(std::any_of(left.begin(), left.end(),
+                            [](const Uncompared& each) { return each.column == "CON_TRO.CORAS" && each.cells == 1; }));
+    }
+
+    /// Telephones are not compared one by one: what a second import would tell of them is a reserve.
+    void TellsTelephonesThatAreGone() {
+        Migrated target;
+        const auto judge = [&target] { return VerdictOf(FindingsOf(target.Compared({{contract::Button::Cli}}))); };
+        const Verdict whole = judge();
+        QVERIFY2(!whole.reason.contains("recapito"), qPrintable(whole.reason));
+        QVERIFY(target.Execute("DELETE FROM X01_NUM_TEL WHERE RECORD_ID = (SELECT MIN(RECORD_ID) FROM X01_NUM_TEL "
+                               "WHERE TBNAM = 'CON_TRO')") == 1);
+        const Verdict verdict = judge();
+        QVERIFY2(verdict.reason.contains("1 annotazione dice che un recapito"), qPrintable(verdict.reason));
+        QCOMPARE(verdict.light, Light::Yellow);
     }
 
     /// Rows of others are no fault of the migration; what is gone from the source, or does not fit, is told.
@@ -289,6 +339,9 @@ private slots:
                 kind.steps[0].result.skippedBy = {{"documento già importato", 3}};
             },
             Light::Yellow, "3 righe già importate non si sono confrontate");
+        row(
+            "counterparties of which not all was compared", [](Kind& kind) { kind.partly = 2; }, Light::Yellow,
+            "2 controparti non si sono confrontate in tutte le colonne");
         row(
             "articles that are wanting",
             [](Kind& kind) {
