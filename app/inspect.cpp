@@ -13,6 +13,7 @@
 
 #include <QFileInfo>
 #include <QScopeGuard>
+#include <QSet>
 
 #include <algorithm>
 
@@ -194,6 +195,47 @@ void LeaveOutStandIns(std::vector<Table>& tables) {
     });
 }
 
+/// How well a table is the one that stands in what is read for it: the share of its necessary columns that are there,
+/// and of the columns there that it reads. A name that is proposed counts as one that is there.
+double FitOf(const Table& table) {
+    qsizetype necessary = 0;
+    qsizetype there = 0;
+    QSet<QString> read;
+    for (const Column& column : table.columns) {
+        if (column.name == sources::RowNumberColumn) {
+            continue; // every file has it
+        }
+        const Suggestion* proposed = column.isMarkedMissing ? nullptr : Proposed(column.suggestions);
+        const QString name = column.IsMissing() && proposed != nullptr ? proposed->name : column.inSource;
+        necessary += column.isNecessary ? 1 : 0;
+        there += column.isNecessary && !name.isEmpty() ? 1 : 0;
+        if (!name.isEmpty()) {
+            read.insert(name);
+        }
+    }
+    return static_cast<double>(there) / static_cast<double>(std::max<qsizetype>(necessary, 1)) +
+           static_cast<double>(read.size()) / static_cast<double>(std::max<size_t>(table.own.size(), 1));
+}
+
+/// Tells of tables that are one and the same in a chosen file which of them it is.
+void TellWhatTheFileIs(std::vector<Table>& tables) {
+    for (Table& table : tables) {
+        double best = FitOf(table);
+        for (const Table& other : tables) {
+            const bool isSame = table.isFound && other.isFound &&
+                                std::ranges::equal(other.own, table.own, {}, &OwnColumn::name, &OwnColumn::name);
+            const double fit = isSame ? FitOf(other) : 0;
+            if (fit > best) {
+                table.isRather.clear();
+            }
+            if (fit > best || (fit == best && !table.isRather.isEmpty())) {
+                table.isRather.append(other.name);
+                best = fit;
+            }
+        }
+    }
+}
+
 /// The columns of every table of the source that is not read already.
 QMap<QString, QStringList> ColumnsByTable(Probe& probe, const QStringList& tables) {
     QMap<QString, QStringList> columns;
@@ -322,10 +364,29 @@ Inspection Inspect(Session& session, const contract::Origin& origin) {
     candidates.removeIf([&](const QString& name) { return !inspection.others.contains(name); }); // those that are read
     SuggestTables(inspection, probe, before, candidates);
     SuggestAll(inspection.tables, before);
+    if (origin.source.prepare.place == contract::Place::Chosen) {
+        TellWhatTheFileIs(inspection.tables);
+    }
     return inspection;
 }
 
-QString LayoutTrouble(Session& session, const contract::Origin& origin) {
+QStringList TablesOfOtherFiles(Session& session, const contract::Origin& origin) {
+    QStringList others;
+    if (origin.source.prepare.place != contract::Place::Chosen) {
+        return others;
+    }
+    for (const Table& table : ReadTables(origin)) {
+        others.append(table.name);
+    }
+    for (const Table& table : Inspect(session, origin).tables) {
+        if (table.isFound && table.isRather.isEmpty()) {
+            others.removeOne(table.name);
+        }
+    }
+    return others;
+}
+
+QString LayoutTrouble(Session& session, const contract::Origin& origin, const QStringList& leftOut) {
     if (const QString trouble = TakeLayout(session, origin, session.SourceConnection());
         !trouble.isEmpty() || session.Layout == nullptr) {
         return trouble;
@@ -333,6 +394,9 @@ QString LayoutTrouble(Session& session, const contract::Origin& origin) {
     ovConnection& source = session.SourceConnection();
     try {
         for (const Table& table : ReadTables(origin)) {
+            if (leftOut.contains(table.name)) {
+                continue;
+            }
             QStringList columns;
             for (const ColumnInfo& column : source.GetColumns(table.name)) {
                 columns.append(column.name);

@@ -63,6 +63,9 @@ struct Table {
     QVector<ColumnInfo> lastTime = {}; ///< what it had in it at the last import; empty when that is not known
     std::vector<Suggestion> suggestions = {};
     QString trouble = {}; ///< why the source does not show it; empty when it does
+    /// Where a chosen file is read for several tables, and rather is another one than this: that one, or those that fit
+    /// equally well. What is proposed for this table is not taken with the rest then.
+    QStringList isRather = {};
 
     const OwnColumn* Own(const QString& column) const;
 };
@@ -81,9 +84,13 @@ bool OpenToLook(Session& session, const contract::Origin& origin);
 /// cannot be asked at all.
 Inspection Inspect(Session& session, const contract::Origin& origin);
 
+/// The tables of an origin, whose file is chosen for each import, that the open file is not: what the layout file says
+/// of them is for other files. Empty for any other origin. Raises `SqlError` when the source cannot be asked at all.
+QStringList TablesOfOtherFiles(Session& session, const contract::Origin& origin);
+
 /// What is wrong with the layout file of an origin as it is now, for the source that is open: what an import would stop
-/// at; empty when it counts, or there is none.
-QString LayoutTrouble(Session& session, const contract::Origin& origin);
+/// at; empty when it counts, or there is none. @param leftOut tables of which the source is not asked
+QString LayoutTrouble(Session& session, const contract::Origin& origin, const QStringList& leftOut = {});
 
 /// Whether nothing is missing that is necessary, and the layout file, if there is one, counts.
 bool IsComplete(const Inspection& inspection);

@@ -1,8 +1,11 @@
 #include "app/inspect_draft.h"
 
+#include "core/nearNames.h"
 #include "sources/layout/LayoutFile.h"
 
 #include <QFileInfo>
+
+#include <algorithm>
 
 namespace inspection {
 
@@ -32,20 +35,32 @@ QString FirstName(const std::vector<Suggestion>& suggestions) {
 
 bool IsOpen(const Column& column) { return column.IsMissing() && !column.isMarkedMissing; }
 
-/// What is proposed on one of some grounds; the columns of a table that is missing only where it is proposed too.
-QMap<QString, QString> NamesOn(const Inspection& inspection, const QList<Ground>& grounds) {
-    const auto taken = [&grounds](const std::vector<Suggestion>& suggestions) {
+/// Whether a suggestion is the name but for case, blanks and signs, even where it comes from a layout file.
+bool IsEqual(const QString& name, const Suggestion& suggestion) {
+    const QList<GroundedName> grounded = GroundedNames(name, {suggestion.name});
+    return !grounded.isEmpty() && grounded.front().ground == NameGround::Equal;
+}
+
+enum class Taken { All, Equal };
+
+/// What is proposed; the columns of a table that is missing only where it is proposed too, and none of a table that the
+/// chosen file is not.
+QMap<QString, QString> NamesOf(const Inspection& inspection, Taken which) {
+    const auto taken = [which](const QString& name, const std::vector<Suggestion>& suggestions) {
         const Suggestion* proposed = Proposed(suggestions);
-        return proposed != nullptr && grounds.contains(proposed->ground) ? proposed : nullptr;
+        return proposed != nullptr && (which == Taken::All || IsEqual(name, *proposed)) ? proposed : nullptr;
     };
     QMap<QString, QString> names;
     for (const Table& table : inspection.tables) {
-        const Suggestion* its = table.isFound ? nullptr : taken(table.suggestions);
+        if (!table.isRather.isEmpty()) {
+            continue;
+        }
+        const Suggestion* its = table.isFound ? nullptr : taken(table.name, table.suggestions);
         if (its != nullptr) {
             names.insert(table.name, its->name);
         }
         for (const Column& column : table.columns) {
-            const Suggestion* proposed = IsOpen(column) ? taken(column.suggestions) : nullptr;
+            const Suggestion* proposed = IsOpen(column) ? taken(column.name, column.suggestions) : nullptr;
             if (proposed != nullptr && (table.isFound || its != nullptr)) {
                 names.insert(table.name + u'.' + column.name, proposed->name);
             }
@@ -54,11 +69,30 @@ QMap<QString, QString> NamesOn(const Inspection& inspection, const QList<Ground>
     return names;
 }
 
+/// Of tables those that a change of a layout file says nothing of.
+QStringList Untouched(QStringList tables, const QString& before, const QString& after) {
+    const QStringList known = before.split(u'\n');
+    QStringList changed = after.split(u'\n');
+    changed.removeIf([&known](const QString& line) { return known.contains(line); });
+    tables.removeIf([&changed](const QString& table) {
+        return std::ranges::any_of(changed, [&table](const QString& line) {
+            const QString entry = line.trimmed();
+            return entry.startsWith(table + u'.', Qt::CaseInsensitive) ||
+                   entry.startsWith(table + u'=', Qt::CaseInsensitive) ||
+                   entry.contains(u'=' + table + u'.', Qt::CaseInsensitive);
+        });
+    });
+    return tables;
+}
+
 } // namespace
 
 QString Draft(const Inspection& inspection, const QString& text) {
     LayoutEdit edit(text);
     for (const Table& table : inspection.tables) {
+        if (!table.isRather.isEmpty()) {
+            continue; // a comment for it would stay when its own file is looked at
+        }
         if (!table.isFound) {
             edit.Suggest(LayoutFile::Tables, table.name, FirstName(table.suggestions),
                          table.suggestions.empty() ? QStringLiteral("non si trova una tabella")
@@ -82,14 +116,16 @@ QString ChangeLayout(Session& session, const contract::Origin& origin, const std
     const QString path = LayoutPath(session, origin);
     const bool wasThere = QFileInfo::exists(path);
     const QString before = LayoutFile::TextOf(path);
+    const QStringList others = TablesOfOtherFiles(session, origin);
     LayoutEdit edit(before);
+    const QString unchanged = edit.Text();
     try {
         change(edit);
     } catch (const ImportError& error) {
         return error.Message();
     }
     sources::WriteLayoutFile(path, edit.Text());
-    const QString trouble = LayoutTrouble(session, origin);
+    const QString trouble = LayoutTrouble(session, origin, Untouched(others, unchanged, edit.Text()));
     if (!trouble.isEmpty() && wasThere) {
         sources::WriteLayoutFile(path, before);
     } else if (!trouble.isEmpty()) {
@@ -108,11 +144,8 @@ QString TakeNames(Session& session, const contract::Origin& origin, const QMap<Q
     });
 }
 
-QMap<QString, QString> ProposedNames(const Inspection& inspection) {
-    return NamesOn(inspection, {Ground::UsedBefore, Ground::Equal, Ground::WrittenOut, Ground::Renamed, Ground::Alias,
-                                Ground::Values, Ground::Columns});
-}
+QMap<QString, QString> ProposedNames(const Inspection& inspection) { return NamesOf(inspection, Taken::All); }
 
-QMap<QString, QString> EqualNames(const Inspection& inspection) { return NamesOn(inspection, {Ground::Equal}); }
+QMap<QString, QString> EqualNames(const Inspection& inspection) { return NamesOf(inspection, Taken::Equal); }
 
 } // namespace inspection

@@ -13,7 +13,8 @@ QString Draft(const Inspection& inspection, const QString& text);
 void WriteDraft(const Inspection& inspection);
 
 /// Changes the layout file of the origin whose source is open. Where the file would then stop an import it is put back
-/// as it was, and what is wrong is returned; empty when all is well. Raises `ImportError` when it cannot be written.
+/// as it was, and what is wrong is returned; empty when all is well. Of a file that is chosen for each import the
+/// tables of other files count where the change is theirs. Raises `ImportError` when it cannot be written.
 QString ChangeLayout(Session& session, const contract::Origin& origin,
                      const std::function<void(sources::LayoutEdit&)>& change);
 

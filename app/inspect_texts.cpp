@@ -57,8 +57,10 @@ QString StateText(const Table& table) {
                           : missing == 0 ? QStringLiteral("trovata")
                           : missing == 1 ? QStringLiteral("manca 1 colonna necessaria")
                                          : QStringLiteral("mancano %1 colonne necessarie").arg(missing);
+    const QString other = OtherText(table);
     const QString change = ChangeText(table);
-    return change.isEmpty() ? state : state + QStringLiteral("; cambiata: ") + change;
+    return state + (other.isEmpty() ? QString() : QStringLiteral("; ") + other) +
+           (change.isEmpty() ? QString() : QStringLiteral("; cambiata: ") + change);
 }
 
 QString SourceText(const Column& column) {
@@ -69,6 +71,13 @@ QString SourceText(const Column& column) {
 
 QString SourceText(const Table& table) {
     return table.isFound ? table.inSource : Question(Proposed(table.suggestions));
+}
+
+QString OtherText(const Table& table) {
+    return table.isRather.isEmpty() ? QString()
+                                    : QStringLiteral("il file ha le colonne di %1: le proposte per %2 non si accettano "
+                                                     "in blocco")
+                                          .arg(table.isRather.join(QStringLiteral(" o ")), table.name);
 }
 
 QString ChangeText(const Table& table) {

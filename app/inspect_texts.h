@@ -20,6 +20,8 @@ QString StateText(const Table& table);
 QString SourceText(const Column& column);
 /// The same of a table.
 QString SourceText(const Table& table);
+/// What a chosen file is instead of a table; empty when it is that one.
+QString OtherText(const Table& table);
 /// How a table has changed since the last import; empty when it has not, or that is not known.
 QString ChangeText(const Table& table);
 /// The first values of a column, found or proposed, in quotes.

@@ -50,7 +50,10 @@ QString HeadOf(const inspection::Table& table) {
     const QString called = table.inSource.compare(table.name, Qt::CaseInsensitive) == 0
                                ? QString()
                                : QStringLiteral(" (nell'origine %1)").arg(table.inSource);
-    return QStringLiteral("Tabella %1%2: righe %3").arg(table.name, called, italian::NumberText(table.rows));
+    const QString other = inspection::OtherText(table);
+    return QStringLiteral("Tabella %1%2: righe %3%4")
+        .arg(table.name, called, italian::NumberText(table.rows),
+             other.isEmpty() ? QString() : QStringLiteral("; ") + other);
 }
 
 QString MissingLine(const inspection::Column& column) {
@@ -175,6 +178,9 @@ QJsonObject Json(const inspection::Table& table) {
                      {"suggestions", Json(table.suggestions)}};
     if (!table.trouble.isEmpty()) {
         json["trouble"] = table.trouble;
+    }
+    if (!table.isRather.isEmpty()) {
+        json["isRather"] = QJsonArray::fromStringList(table.isRather);
     }
     if (const QString change = inspection::ChangeText(table); !change.isEmpty()) {
         json["changed"] = change;

@@ -6,6 +6,7 @@
 #include "app/inspect_further.h"
 #include "app/inspect_suggest.h"
 #include "core/Schema.h"
+#include "sources/tableFile.h"
 #include "tests/app/gescom.h"
 #include "tests/support/files.h"
 #include "tests/support/foreignSource.h"
@@ -13,6 +14,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/TestTarget.h"
 
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace inspection;
@@ -299,6 +301,61 @@ private slots:
             ChangeLayout(target.Get(), Gescom(), [&](sources::LayoutEdit& edit) { edit.Set(section, key, value); });
         QVERIFY2(told.isEmpty() ? trouble.isEmpty() : trouble.contains(told), qPrintable(trouble));
         QCOMPARE(ReadFile(path) == before, !told.isEmpty());
+    }
+
+    /// Of a file that is chosen for each import names are taken for the table alone that it is, and what the layout
+    /// says of other files stops no change but one of theirs.
+    void TakesNamesForTheChosenFile_data() {
+        Columns<QString, QString, QString, QString, QString, QString>("origin", "file", "headers", "layout", "taken",
+                                                                      "other");
+        const auto row = [](const char* name, const char* origin, const char* file, const char* headers,
+                            const char* layout, const char* taken,
+                            const char* other) { Row(name, origin, file, headers, layout, taken, other); };
+        row("parties", "Lamina", "a.csv", "CODICE;TIPO;Ragione Sociale;C.A.P.;SCONTO;E-mail", "",
+            "CONTROPARTI.CAP=[C.A.P.]\nCONTROPARTI.EMAIL=E-mail\nCONTROPARTI.RAGIONE_SOCIALE=Ragione Sociale\n",
+            "SEDI");
+        row("branches, which know most columns of parties too", "Lamina", "a.csv",
+            "CLIENTE;PROGRESSIVO;TIPO;RAGIONE_SOCIALE;INDIRIZZO;C.A.P.;CITTA;NAZIONE;NOTE", "", "SEDI.CAP=[C.A.P.]\n",
+            "CONTROPARTI");
+        row("branches, beside names of parties", "Lamina", "a.csv", "CLIENTE;PROGRESSIVO;TIPO;Indi rizzo;C.A.P.",
+            "CONTROPARTI.CAP=[C.A.P.]\nCONTROPARTI.EMAIL=E-mail\n", "SEDI.CAP=[C.A.P.]\nSEDI.INDIRIZZO=Indi rizzo\n",
+            "CONTROPARTI");
+        row("a sheet of customers", "Excel", "a.xlsx", "Co.Cge;co ras;CORA2;COIVA;COFIS;ar des", "",
+            "CLIENTI.COCGE=[Co.Cge]\nCLIENTI.CORAS=co ras\n", "ARTICOLI");
+        row("a sheet of articles, beside names of customers", "Excel", "a.xlsx", "CDART;ar des",
+            "CLIENTI.CORAS=Ragione\n", "ARTICOLI.ARDES=ar des\n", "CLIENTI");
+    }
+    void TakesNamesForTheChosenFile() {
+        QFETCH(const QString, origin);
+        QFETCH(const QString, file);
+        QFETCH(const QString, headers);
+        QFETCH(QString, layout);
+        QFETCH(const QString, taken);
+        QFETCH(const QString, other);
+        TestTarget target;
+        const auto close = qScopeGuard([&target] { CloseSource(target.Get()); });
+        const QString path = target.Folder.filePath(file);
+        const auto table = sources::TableWriter::Create(path, "Foglio1", headers.split(';'));
+        for (const char* const value : {"1", "2", "3"}) {
+            table->AddRow(QVector<QVariant>(headers.count(';') + 1, value));
+        }
+        table->Close();
+        target.Person.Files = {path};
+        const QString layoutFile = target.Folder.filePath("Tracciati/" + origin + ".ini");
+        layout.prepend("[COLONNE]\n");
+        QDir().mkpath(target.Folder.filePath("Tracciati"));
+        WriteFile(layoutFile, QString(layout).replace("\n", "\r\n").toUtf8());
+        const contract::Origin& of = *registry::Find(origin);
+        QVERIFY(OpenToLook(target.Get(), of));
+        const Inspection looked = inspection::Inspect(target.Get(), of);
+        const QString known = Draft(looked, {});
+        QVERIFY2(!known.contains(";" + other + '.'), qPrintable(known));
+        QCOMPARE(TakeNames(target.Get(), of, EqualNames(looked)), QString());
+        QCOMPARE(QString::fromUtf8(ReadFile(layoutFile)), layout + taken);
+        const QString trouble = SetFilter(target.Get(), of, other, "NESSUNA = 1");
+        QVERIFY2(trouble.contains("non accetta la condizione") || trouble.contains("non ha la colonna"),
+                 qPrintable(trouble));
+        QCOMPARE(QString::fromUtf8(ReadFile(layoutFile)), layout + taken);
     }
 
     void TellsALayoutThatIsWrong() {
