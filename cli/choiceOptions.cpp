@@ -2,7 +2,6 @@
 
 #include "adapters/registry.h"
 #include "adapters/sourceSettings.h"
-#include "app/startUp.h"
 #include "cli/TerminalOperator.h"
 #include "core/nearNames.h"
 
@@ -73,20 +72,24 @@ QStringList InputFileLines(const QStringList& paths) {
     return lines;
 }
 
-void TakeCompanyOption(Context& context, Choice& choice) {
-    const QString code = Required(context.options, "company");
+modMain::Company CompanyOf(Context& context, const QString& option) {
+    const QString code = Required(context.options, option);
     QStringList names;
     for (const modMain::Company& company : modMain::GetCompanies(context.session)) {
         if (company.code.compare(code, Qt::CaseInsensitive) == 0) {
-            choice.company = company.name;
-            choice.companyCode = company.code;
-            return;
+            return company;
         }
         names.append(company.code);
     }
     const QString known = names.isEmpty() ? QString("nessuna") : names.join(", ");
     throw UsageError(
         QStringLiteral("L'azienda '%1' non esiste%2 (aziende presenti: %3)").arg(code, DidYouMean(code, names), known));
+}
+
+void TakeCompanyOption(Context& context, Choice& choice) {
+    const modMain::Company company = CompanyOf(context, "company");
+    choice.company = company.name;
+    choice.companyCode = company.code;
 }
 
 const contract::Origin& OriginFrom(const QCommandLineParser& options) {
@@ -117,6 +120,13 @@ contract::Button ButtonFrom(const QString& data, const contract::Origin& origin)
     throw UsageError(
         QStringLiteral("Opzione --data: valore '%1' non previsto%2 (valori ammessi: %3, o una procedura di %4)")
             .arg(data, DidYouMean(data, DataKinds() + procedures), DataKinds().join(", "), origin.name));
+}
+
+void RequireImports(const contract::Origin& origin, contract::Button button, size_t imports) {
+    if (imports == 0) {
+        throw UsageError(
+            QStringLiteral("%1 non ha importazioni per --data %2").arg(origin.name, contract::ButtonName(button)));
+    }
 }
 
 ErrorAction ErrorsFrom(const QCommandLineParser& options) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/importFlow.h"
+#include "app/startUp.h"
 #include "cli/Command.h"
 
 /// What the commands on a company and an origin have in common.
@@ -19,6 +20,8 @@ QCommandLineOption InputFileOption();
 /// file that cannot be read.
 QStringList InputFileLines(const QStringList& paths);
 
+/// The company that an option names. Raises `UsageError` naming the companies that may have been meant.
+modMain::Company CompanyOf(Context& context, const QString& option);
 /// The company of --company. Raises `UsageError` naming the companies that may have been meant.
 void TakeCompanyOption(Context& context, Choice& choice);
 /// The origin of --origin. Raises `UsageError` naming the origins that may have been meant.
@@ -27,6 +30,8 @@ const contract::Origin& OriginFrom(const QCommandLineParser& options);
 contract::Button ButtonFrom(const QCommandLineParser& options, const contract::Origin& origin);
 /// The same of one value of --data.
 contract::Button ButtonFrom(const QString& data, const contract::Origin& origin);
+/// Raises `UsageError` for a button of --data without an import behind it. @param imports that the origin has there
+void RequireImports(const contract::Origin& origin, contract::Button button, size_t imports);
 /// An import that is pressed, or compared as if it were.
 struct AskingPress {
     const contract::Origin& origin;

@@ -19,6 +19,9 @@ std::vector<const contract::Procedure*> ToCheck(const contract::Origin& origin, 
             procedures.push_back(&procedure);
         }
     }
+    if (options.isSet("data")) {
+        RequireImports(origin, ButtonFrom(options, origin), procedures.size());
+    }
     if (procedures.empty()) {
         throw ImportError(QStringLiteral("%1: nessuna procedura da controllare").arg(origin.name));
     }

@@ -3,6 +3,7 @@
 #include "app/connectSource.h"
 #include "app/inspect.h"
 #include "app/resultText.h"
+#include "cli/answersAgain.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/keptRuns.h"
@@ -83,9 +84,8 @@ std::vector<Code> Chosen(const Worklist& worklist, const QCommandLineParser& opt
     std::vector<Code> chosen;
     std::copy_if(worklist.Codes().begin(), worklist.Codes().end(), std::back_inserter(chosen),
                  [&isOf](const Code& code) { return isOf("table", code.table) && isOf("field", code.field); });
-    if (chosen.empty() && options.isSet("table")) {
-        RequireAll(options, {"field"});
-        worklist.RequireList(options.value("table"), options.value("field"));
+    if (chosen.empty() && (options.isSet("table") || options.isSet("field"))) {
+        worklist.RequireLists(options.value("table"), options.value("field"));
     }
     return chosen;
 }
@@ -211,18 +211,6 @@ FlowOutcome RepeatAll(Session& session, const std::vector<RowsToRepeat>& all) {
     return outcome;
 }
 
-/// The imports that are done again, each with those of its procedures that have rows to repeat.
-std::vector<AskingPress> PressesOf(Session& session, const std::vector<RowsToRepeat>& all) {
-    std::vector<AskingPress> presses;
-    for (const RowsToRepeat& rows : all) {
-        const ImportRequest request = RequestFor(session, rows);
-        std::vector<const contract::Procedure*> procedures = CalledBy(request);
-        std::erase_if(procedures, [&request](const auto* one) { return !request.only->Wants(one->name); });
-        presses.push_back({*request.choice.origin, procedures});
-    }
-    return presses;
-}
-
 Report Apply(Context& context, Worklist& worklist) {
     const QCommandLineParser& options = context.options;
     Session& session = worklist.GetSession();
@@ -232,7 +220,8 @@ Report Apply(Context& context, Worklist& worklist) {
                 "Nessuna riga importata attende codici tradotti nel frattempo.",
                 {{"rowsRepeated", 0}, {"dryRun", options.isSet("dry-run")}, {"run", QJsonValue()}}};
     }
-    RequireAnswers(context, PressesOf(session, all));
+    const std::vector<AskingPress> presses = PressesAgain(session, all);
+    RequireAnswers(context, presses);
     QStringList lines;
     qint64 rows = 0;
     for (const RowsToRepeat& each : all) {
@@ -256,8 +245,10 @@ Report Apply(Context& context, Worklist& worklist) {
         AddPreview(report, lines, preview);
     }
     const QList<qint64> runs = kept.Of(session.UserManager.Azienda(), static_cast<qsizetype>(all.size()));
-    lines +=
-        RunLines(session, runs, {.untranslated = total.untranslatedCount > 0, .files = context.person.FilesChosen()});
+    lines += RunLines(context, runs,
+                      {.untranslated = total.untranslatedCount > 0,
+                       .files = context.person.FilesChosen(),
+                       .answers = AnswersGiven(context, presses)});
     report.text = lines.join(u'\n');
     report.json["run"] = RunNumberJson(runs);
     report.json["rowsRepeated"] = rows;

@@ -4,11 +4,13 @@
 #include "app/mergeRecord.h"
 #include "app/resultText.h"
 #include "app/RunLog.h"
+#include "cli/answersAgain.h"
 #include "cli/choiceOptions.h"
 #include "cli/commands.h"
 #include "cli/keptRuns.h"
 #include "cli/resultReport.h"
 #include "cli/TerminalOperator.h"
+#include "core/italianText.h"
 
 #include <QDir>
 #include <QJsonArray>
@@ -70,6 +72,7 @@ void TakeChoice(Context& context, ImportRequest& request) {
         }
     } else {
         request.button = ButtonFrom(context.options, *request.choice.origin);
+        RequireImports(*request.choice.origin, request.button, CalledBy(request).size());
     }
     TakeCompanyOption(context, request.choice);
 }
@@ -172,6 +175,20 @@ QString UnknownCode(const ImportRequest& request, const RunResult& total) {
                      .arg(request.singleCode);
 }
 
+/// What there is to say of rows of --mended that the source does not have any more, or not with the values that they
+/// had; empty when it has them all.
+QString NotApplied(const Context& context, const std::vector<ImportRequest>& requests, const RunResult& total) {
+    qint64 rows = 0;
+    for (const ImportRequest& request : requests) {
+        rows += request.only == nullptr ? 0 : request.only->CountNotMet();
+    }
+    return rows == 0 || !context.options.isSet("mended") || total.outcome != RunResult::Outcome::Done
+               ? QString()
+               : QStringLiteral("Righe del file non importate, perché la fonte non le ha più con i valori che "
+                                "avevano: %1")
+                     .arg(italian::NumberText(rows));
+}
+
 QStringList Lines(const Context& context, const ImportRequest& request) {
     const Session& session = context.session;
     QStringList lines = request.only != nullptr ? request.only->Remarks() : QStringList();
@@ -198,23 +215,27 @@ RunResult TotalOf(Context& context, FlowOutcome flow) {
 }
 
 /// How the command ended, as text and as JSON.
-Report ReportOf(const Context& context, const ImportRequest& request, const RunResult& total,
+Report ReportOf(const Context& context, const std::vector<ImportRequest>& requests, const RunResult& total,
                 const QList<qint64>& runs) {
+    const ImportRequest& request = requests.front();
     Report report{ExitCodeOf(EndingOf(total)), {}, ResultJson(total)};
     QStringList lines = Lines(context, request);
-    if (const QString unknown = UnknownCode(request, total); !unknown.isEmpty()) {
-        lines.append(unknown);
-        report.exitCode = ExitIncomplete;
-        report.json["outcome"] = EndingName(Ending::Incomplete);
-        report.json["errors"] = QJsonArray{unknown};
+    for (const QString& lack : {UnknownCode(request, total), NotApplied(context, requests, total)}) {
+        if (!lack.isEmpty()) {
+            lines.append(lack);
+            report.exitCode = ExitIncomplete;
+            report.json["outcome"] = EndingName(Ending::Incomplete);
+            report.json["errors"] = QJsonArray::fromStringList(total.errors + QStringList(lack));
+        }
     }
     const bool isDone = !request.dryRun;
     const qint64 earlier = context.options.value("rejects-of").toLongLong();
-    const QStringList steps = RunLines(context.session, runs,
+    const QStringList steps = RunLines(context, runs,
                                        {.untranslated = isDone && total.untranslatedCount > 0,
                                         .resumes = isDone && earlier == 0,
                                         .rejectsOf = earlier,
-                                        .files = context.person.FilesChosen()});
+                                        .files = context.person.FilesChosen(),
+                                        .answers = AnswersGiven(context, PressesOf(requests))});
     report.text = (lines + (isDone ? steps : steps.mid(0, 1))).join(u'\n');
     if (total.errors.isEmpty() && report.exitCode == ExitFailed) {
         report.json.remove("errors"); // what went wrong has been told outside the procedures
@@ -240,7 +261,7 @@ Report Import(Context& context) {
         flow = one == FlowOutcome::Done ? flow : one;
     }
     const RunResult total = TotalOf(context, flow);
-    return ReportOf(context, request, total,
+    return ReportOf(context, requests, total,
                     kept.Of(request.choice.companyCode, static_cast<qsizetype>(requests.size())));
 }
 

@@ -92,8 +92,12 @@ QString MergedText(const Session& session, const MergeResult& result) {
 }
 
 Report Merge(Context& context) {
-    const QString from = Required(context.options, "from");
-    const QString to = Required(context.options, "to");
+    RequireAll(context.options, {"from", "to"});
+    const QString from = CompanyOf(context, "from").code;
+    const QString to = CompanyOf(context, "to").code;
+    if (from == to) {
+        throw UsageError(QStringLiteral("--from e --to vogliono due aziende diverse"));
+    }
     const bool again = context.options.isSet("update-references-again");
     const bool references = again || context.options.isSet("update-references");
     const bool preview = context.options.isSet("preview");

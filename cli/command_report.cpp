@@ -25,10 +25,7 @@ std::vector<proof::Wanted> WantedFrom(const QCommandLineParser& options, const c
                                           : proof::Wanted{.procedure = named->name});
     }
     for (const proof::Wanted& each : wanted) {
-        if (proof::ProceduresOf(origin, each).empty()) {
-            throw UsageError(QStringLiteral("%1 non ha importazioni per --data %2")
-                                 .arg(origin.name, contract::ButtonName(each.button)));
-        }
+        RequireImports(origin, each.button, proof::ProceduresOf(origin, each).size());
     }
     wanted = wanted.empty() ? proof::AllOf(origin) : wanted;
     if (wanted.empty()) {

@@ -107,8 +107,8 @@ bool HasUntranslated(const SequenceResult& result) {
 Report ReportOf(const Context& context, const SequenceResult& result, const QList<qint64>& runs) {
     const Ending ending = result.HowItEnded();
     Report report{ExitCodeOf(ending), {}, {{"outcome", EndingName(ending)}}};
-    report.text = (SequenceLines(result) + RunLines(context.session, runs, {.untranslated = HasUntranslated(result)}))
-                      .join(u'\n');
+    report.text =
+        (SequenceLines(result) + RunLines(context, runs, {.untranslated = HasUntranslated(result)})).join(u'\n');
     report.json["givenUp"] = result.GivenUp();
     report.json["steps"] = EntriesJson(result);
     report.json["log"] = result.logFile;

@@ -58,7 +58,8 @@ Command TemplateCommand() {
         "foglio Codici elenca con le descrizioni. Compilata, si importa con l'origine Excel.",
         {{"data", "Dati da compilare: cli, art.", "DATI"},
          {"company", "Codice dell'azienda di Quadrix i cui codici si propongono; senza, nessuno.", "CODICE"},
-         {"output", "File .xlsx da scrivere; un modello ancora da compilare viene sostituito.", "FILE"}},
+         {"output", "File .xlsx da scrivere; un modello ancora da compilare, anche di altri dati, viene sostituito.",
+          "FILE"}},
         Need::Nothing,
         WriteTemplate};
 }

@@ -63,14 +63,17 @@ Report UndoRun(Context& context) {
 } // namespace
 
 Command UndoCommand() {
-    return {"undo",
-            "annulla un'esecuzione: toglie le righe che ha inserito e riporta com'erano quelle che ha aggiornato",
-            "Una riga che qualcuno ha modificato dopo resta com'è, e viene elencata.",
-            {{"run", "Numero dell'esecuzione (comando history).", "NUMERO"},
-             {"dry-run", "Prova: alla fine il database torna com'era."},
-             {"yes", "Conferma il comando."}},
-            Need::Database,
-            UndoRun};
+    return {
+        "undo",
+        "annulla un'esecuzione: toglie le righe che ha inserito e riporta com'erano quelle che ha aggiornato",
+        "Una riga che qualcuno ha modificato dopo resta com'è, e viene elencata.\n"
+        "Codice d'uscita 4 quando restano righe, quando altre si riferiscono a quelle tolte, o quando la cronologia "
+        "non\nha tutto ciò che l'esecuzione ha fatto.",
+        {{"run", "Numero dell'esecuzione (comando history).", "NUMERO"},
+         {"dry-run", "Prova: alla fine il database torna com'era."},
+         {"yes", "Conferma il comando."}},
+        Need::Database,
+        UndoRun};
 }
 
 } // namespace cli

@@ -2,6 +2,7 @@
 
 #include "app/history/again.h"
 #include "app/history/rejects.h"
+#include "cli/answersAgain.h"
 
 #include <QJsonValue>
 
@@ -60,13 +61,22 @@ QString FileOptions(const QStringList& files) {
     return options;
 }
 
-QStringList NextSteps(const Session& session, qint64 run, const LeftOpen& left) {
+QStringList NextSteps(const Context& context, qint64 run, const LeftOpen& left) {
+    Session& session = context.session;
     const QString files = FileOptions(left.files);
+    const auto answers = [&](const auto& presses) {
+        return OfHistory(session, QString(), [&](const history::History& history) {
+            return AnswerOptions(context, left.answers, presses(history));
+        });
+    };
+    const auto again = [&](qint64 number, bool rejects) {
+        return answers([&](const auto& history) { return PressesAgain(session, history, number, rejects); });
+    };
     QStringList steps;
     if (left.resumes && OfHistory(session, false, [run](const auto& history) { return HasRest(history, run); })) {
         steps.append(
             QStringLiteral("Non è arrivata alla fine; riprendere da dove si è fermata: import --resume %1").arg(run) +
-            files);
+            files + again(run, false));
     }
     for (const qint64 each : OfHistory(session, QList<qint64>(), [&](const auto& history) {
              return RunsWithRejects(history, run, left.rejectsOf);
@@ -74,12 +84,13 @@ QStringList NextSteps(const Session& session, qint64 run, const LeftOpen& left) 
         steps.append(QStringLiteral("Righe abbandonate in un file, da correggere: history --run %1 --rejects FILE; poi "
                                     "import --rejects-of %1 --mended FILE")
                          .arg(each) +
-                     files);
+                     files + again(each, true));
     }
     if (left.untranslated) {
         steps.append(QStringLiteral("Codici da tradurre: codes list --company %1; poi codes apply --company %1")
                          .arg(session.UserManager.Azienda()) +
-                     files);
+                     files +
+                     answers([&](const auto&) { return PressesAgain(session, codes::FindWaitingRows(session)); }));
     }
     return steps;
 }
@@ -108,7 +119,7 @@ QList<qint64> KeptRuns::Of(const QString& company, qsizetype most) const {
     });
 }
 
-QStringList RunLines(const Session& session, const QList<qint64>& runs, const LeftOpen& left) {
+QStringList RunLines(const Context& context, const QList<qint64>& runs, const LeftOpen& left) {
     if (runs.isEmpty()) {
         return {};
     }
@@ -121,7 +132,7 @@ QStringList RunLines(const Session& session, const QList<qint64>& runs, const Le
     for (const qint64 run : runs) {
         LeftOpen ofRun = left;
         ofRun.untranslated = left.untranslated && run == runs.last();
-        lines += NextSteps(session, run, ofRun);
+        lines += NextSteps(context, run, ofRun);
     }
     lines.removeDuplicates();
     return lines;

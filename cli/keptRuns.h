@@ -1,6 +1,8 @@
 #pragma once
 
-#include "core/Session.h"
+#include "cli/Command.h"
+
+#include <QMap>
 
 /// What the history has kept of a command that imports, and what is to be done about it next.
 namespace cli {
@@ -26,11 +28,12 @@ struct LeftOpen {
     bool resumes = false;      ///< whether the rest of its run may be told
     qint64 rejectsOf = 0;      ///< run whose rows given up were imported again, which has all that are open; 0: none
     QStringList files = {};    ///< that were chosen, which going on asks for again
+    QMap<QString, QString> answers = {}; ///< `AnswersGiven`, of which the same holds
 };
 
 /// "Esecuzione: 4", and what the run has left open, by the commands that do it: first its rest when it broke off and
 /// can go on, then the rows given up, then the codes. Nothing for no run.
-QStringList RunLines(const Session& session, const QList<qint64>& runs, const LeftOpen& left);
+QStringList RunLines(const Context& context, const QList<qint64>& runs, const LeftOpen& left);
 /// The last of the runs; null without one.
 QJsonValue RunNumberJson(const QList<qint64>& runs);
 

@@ -120,24 +120,25 @@ DecimalMarks::Column& DecimalMarks::Of(int column) {
     return m_columns[index];
 }
 
-void DecimalMarks::Look(int column, QByteArrayView value) {
-    Column& seen = Of(column);
+void DecimalMarks::Look(int column, QByteArrayView value) { Of(column).Look(value); }
+
+void DecimalMarks::Column::Look(QByteArrayView value) {
     const QByteArrayView text = value.trimmed();
-    if (seen.isLeftOut || text.isEmpty()) {
+    if (isLeftOut || text.isEmpty()) {
         return;
     }
     const auto [kind, thousands, decimals] = HowWritten(text);
     if (kind != Written::Kind::Number) {
-        ++(kind == Written::Kind::Code ? seen.codes : seen.words);
-        seen.misfit = seen.misfit.isEmpty() ? text.toByteArray() : seen.misfit;
+        ++(kind == Written::Kind::Code ? codes : words);
+        misfit = misfit.isEmpty() ? text.toByteArray() : misfit;
         return;
     }
-    ++seen.numbers;
-    seen.hasCommas = seen.hasCommas || decimals == ',';
-    seen.hasPoints = seen.hasPoints || decimals == '.';
+    ++numbers;
+    hasCommas = hasCommas || decimals == ',';
+    hasPoints = hasPoints || decimals == '.';
     if (thousands != 0 && !HasSign(text)) {
-        QByteArray& first = decimals == 0 ? (thousands == ',' ? seen.commaGrouped : seen.pointGrouped)
-                                          : (thousands == ',' ? seen.commaDivided : seen.pointDivided);
+        QByteArray& first = decimals == 0 ? (thousands == ',' ? commaGrouped : pointGrouped)
+                                          : (thousands == ',' ? commaDivided : pointDivided);
         first = first.isEmpty() ? text.toByteArray() : first;
     }
 }
@@ -210,24 +211,68 @@ char DecimalMarks::FindThousands(const Column& seen, const QString& name, Odditi
     return thousands;
 }
 
+namespace {
+
+/// Whether a mark of a value divides its thousands. @param thousands the mark that does in values with no other one
+bool IsBetweenThousands(QByteArrayView value, char mark, char thousands) {
+    const Written written = HowWritten(value);
+    return written.thousands == mark && (written.decimals != 0 || mark == thousands) && !HasSign(value);
+}
+
+} // namespace
+
+void DecimalMarks::NoteThousands(const QString& name, const QByteArray& sample, char mark, Oddities& oddities) const {
+    oddities.Add(QStringLiteral("SEGNO DELLE MIGLIAIA"), name, 0,
+                 QStringLiteral("il segno in '%1' divide le migliaia, i decimali hanno '%2'; %3")
+                     .arg(QString::fromUtf8(sample), QString(QLatin1Char(mark == ',' ? '.' : ',')), m_remedies.code));
+}
+
 void DecimalMarks::SettleColumn(int column, PrivateTable& table, Oddities& oddities) const {
     const Column& seen = m_columns[static_cast<size_t>(column)];
     const QString& name = table.Columns().at(column).name;
     const char thousands = FindThousands(seen, name, oddities);
     for (const char mark : {'.', ','}) {
         const QByteArray& sample = mark == thousands ? seen.Grouped(mark) : seen.Divided(mark);
-        if (sample.isEmpty()) {
-            continue;
+        if (!sample.isEmpty()) {
+            table.RemoveMark(column, mark, [mark, thousands](QByteArrayView value) {
+                return IsBetweenThousands(value, mark, thousands);
+            });
+            NoteThousands(name, sample, mark, oddities);
         }
-        table.RemoveMark(column, mark, [mark, thousands](QByteArrayView value) {
-            const Written written = HowWritten(value);
-            return written.thousands == mark && (written.decimals != 0 || mark == thousands) && !HasSign(value);
-        });
-        oddities.Add(
-            QStringLiteral("SEGNO DELLE MIGLIAIA"), name, 0,
-            QStringLiteral("il segno in '%1' divide le migliaia, i decimali hanno '%2'; %3")
-                .arg(QString::fromUtf8(sample), QString(QLatin1Char(mark == ',' ? '.' : ',')), m_remedies.code));
     }
+}
+
+QByteArray DecimalMarks::Read(int column, const QString& name, QByteArrayView value, Oddities& oddities) const {
+    const auto index = static_cast<size_t>(column);
+    Column seen = index < m_columns.size() ? m_columns[index] : Column();
+    for (QByteArray* sample : {&seen.pointGrouped, &seen.commaGrouped, &seen.pointDivided, &seen.commaDivided}) {
+        sample->clear(); // what is noted is of this value
+    }
+    seen.Look(value);
+    QByteArray text = value.toByteArray();
+    if (!seen.IsOfNumbers()) {
+        NoteAmongOthers(seen, name, oddities);
+        return text;
+    }
+    const char thousands = FindThousands(seen, name, oddities);
+    for (const char mark : {'.', ','}) {
+        if (IsBetweenThousands(value, mark, thousands)) {
+            NoteThousands(name, value.toByteArray(), mark, oddities);
+            text.replace(QByteArray(1, mark), QByteArray());
+        }
+    }
+    return text;
+}
+
+bool MayDivideThousands(QByteArrayView value) { return HowWritten(value.trimmed()).thousands != 0 && !HasSign(value); }
+
+QByteArray WithoutThousands(QByteArrayView value) {
+    QByteArray text = value.trimmed().toByteArray();
+    const Written written = HowWritten(text);
+    if (written.thousands != 0 && (written.decimals != 0 || text.count(written.thousands) > 1)) {
+        text.replace(QByteArray(1, written.thousands), QByteArray());
+    }
+    return text;
 }
 
 } // namespace sources

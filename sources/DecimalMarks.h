@@ -34,6 +34,9 @@ public:
     /// Takes the marks between thousands out of the columns where it is known that they are, and notes the columns
     /// where it cannot be known. After the last row.
     void Settle(PrivateTable& table, Oddities& oddities) const;
+    /// A value that is not of the file, such as one mended by hand, as it would be read in that column: without the
+    /// marks between thousands where it is known that they are, and noted where it cannot be known. After the last row.
+    QByteArray Read(int column, const QString& name, QByteArrayView value, Oddities& oddities) const;
 
 private:
     struct Column {
@@ -50,6 +53,7 @@ private:
         QByteArray pointDivided; ///< the first one with points that do, before a comma: "1.234,50"
         QByteArray commaDivided; ///< the same with commas, before a point
 
+        void Look(QByteArrayView value);
         bool IsOfNumbers() const;
         const QByteArray& Grouped(char mark) const { return mark == ',' ? commaGrouped : pointGrouped; }
         const QByteArray& Divided(char mark) const { return mark == ',' ? commaDivided : pointDivided; }
@@ -58,10 +62,16 @@ private:
     char FindThousands(const Column& seen, const QString& name, Oddities& oddities) const;
     void NoteAmongOthers(const Column& seen, const QString& name, Oddities& oddities) const;
     void SettleColumn(int column, PrivateTable& table, Oddities& oddities) const;
+    void NoteThousands(const QString& name, const QByteArray& sample, char mark, Oddities& oddities) const;
 
     std::vector<Column> m_columns;
     char m_told;
     Remedies m_remedies;
 };
+
+/// Whether a value has marks that divide thousands, or may: "1.234,50", "1.234".
+bool MayDivideThousands(QByteArrayView value);
+/// A value without the marks that can divide nothing else: those of "1.234,50" and "1.234.567".
+QByteArray WithoutThousands(QByteArrayView value);
 
 } // namespace sources

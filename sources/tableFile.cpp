@@ -213,7 +213,7 @@ QString TextOf(const SheetCell& cell, qint64 row, bool since1904) {
 }
 
 /// Takes a row of a file in: the first one names the columns, and one with nothing in it is none.
-void Take(TableOfFile& table, qint64 number, QStringList values) {
+void Take(TableOfFile& table, qint64 number, QStringList values, const QSet<qsizetype>& numbers = {}) {
     if (table.columns.isEmpty()) {
         table.columns = std::move(values);
         return;
@@ -227,7 +227,7 @@ void Take(TableOfFile& table, qint64 number, QStringList values) {
         values.append(QString());
     }
     if (std::any_of(values.begin(), values.end(), [](const QString& value) { return !value.isEmpty(); })) {
-        table.rows.push_back({number, std::move(values)});
+        table.rows.push_back({number, std::move(values), numbers});
     }
 }
 
@@ -236,13 +236,17 @@ void ReadWorkbook(TableOfFile& table) {
     const auto sheet = book->Read(PlacedSheets(*book).front());
     for (SheetRow row; sheet->Next(row);) {
         QStringList values;
+        QSet<qsizetype> numbers;
         for (const SheetCell& cell : row.cells) {
             while (values.size() < cell.column) {
                 values.append(QString());
             }
+            if (cell.kind == SheetCell::Kind::Number) {
+                numbers.insert(values.size());
+            }
             values.append(TextOf(cell, row.number, book->Since1904()));
         }
-        Take(table, row.number, std::move(values));
+        Take(table, row.number, std::move(values), numbers);
     }
 }
 
@@ -291,8 +295,15 @@ void CheckMayWrite(const QString& path, const QStringList& columns) {
 
 std::unique_ptr<TableWriter> TableWriter::Create(const QString& path, const QString& sheet,
                                                  const QStringList& columns) {
+    const QString ending = QFileInfo(path).suffix().toLower();
+    if (ending != u"xlsx" && ending != u"csv") {
+        Refuse(path, QStringLiteral("il nome deve finire in .csv o .xlsx"));
+    }
+    if (const QString obstacle = ownFile::FolderObstacle(path); !obstacle.isEmpty()) {
+        Refuse(path, obstacle);
+    }
     CheckMayWrite(path, columns);
-    if (QFileInfo(path).suffix().compare(QStringLiteral("xlsx"), Qt::CaseInsensitive) == 0) {
+    if (ending == u"xlsx") {
         return std::make_unique<WorkbookWriter>(path, sheet, columns);
     }
     return std::make_unique<CsvWriter>(path, columns);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QSet>
 #include <QStringList>
 #include <QVariant>
 
@@ -8,13 +9,14 @@
 
 namespace sources {
 
-/// Writes a table that people look at, fill in and give back: a workbook for a path that ends in ".xlsx", else CSV
-/// (separator ";", UTF-8 with its mark, lines that end in CR LF). Texts stay texts, whatever they look like: a code
-/// keeps its leading zeros, and none is taken for a formula.
+/// Writes a table that people look at, fill in and give back: a workbook for a path that ends in ".xlsx", CSV for
+/// ".csv" (separator ";", UTF-8 with its mark, lines that end in CR LF). Texts stay texts, whatever they look like: a
+/// code keeps its leading zeros, and none is taken for a formula.
 class TableWriter {
 public:
     /// Begins the file with the names of the columns. What is there is written over only when it is empty, or a table
-    /// with the same first two columns: a wrong name must cost nobody a file. Raises `ImportError` naming it.
+    /// with the same first two columns: a wrong name must cost nobody a file. Raises `ImportError` naming it,
+    /// also where the path has another ending or its folder is not there.
     /// @param sheet name of the sheet of a workbook; what Excel does not take in a name is replaced
     static std::unique_ptr<TableWriter> Create(const QString& path, const QString& sheet, const QStringList& columns);
     virtual ~TableWriter() = default;
@@ -32,8 +34,9 @@ public:
 /// A table as it was read back.
 struct TableOfFile {
     struct Row {
-        qint64 number = 0;  ///< in its file, from 1: of the sheet's row, of the line in CSV
-        QStringList values; ///< as many as there are columns, as texts (`mod_ovTools::ToText`)
+        qint64 number = 0;            ///< in its file, from 1: of the sheet's row, of the line in CSV
+        QStringList values;           ///< as many as there are columns, as texts (`mod_ovTools::ToText`)
+        QSet<qsizetype> numbers = {}; ///< places of those that a workbook keeps as numbers
     };
     QString path;
     QStringList columns;

@@ -24,8 +24,10 @@ class Book {
 public:
     explicit Book(const QString& path)
         : m_path(path) {
-        if (const QString obstacle = ownFile::Obstacle(path); !obstacle.isEmpty()) {
-            Refuse(obstacle);
+        for (const QString& obstacle : {ownFile::FolderObstacle(path), ownFile::Obstacle(path)}) {
+            if (!obstacle.isEmpty()) {
+                Refuse(obstacle);
+            }
         }
         m_book.reset(workbook_new(QFile::encodeName(path).constData()));
         if (m_book == nullptr) {

@@ -1,5 +1,6 @@
 #include "sql/ownFile.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #ifndef Q_OS_WIN
@@ -59,6 +60,12 @@ QString OpenHandle(const QString& path, Start start, int& handle) {
 #endif
 
 } // namespace
+
+QString FolderObstacle(const QString& path) {
+    const QString folder = QFileInfo(path).absolutePath();
+    return QFileInfo(folder).isDir() ? QString()
+                                     : QStringLiteral("la cartella '%1' non c'è").arg(QDir::toNativeSeparators(folder));
+}
 
 #ifdef Q_OS_WIN
 QString Open(QFile& file, const QString& path, Start start, QIODevice::OpenMode mode) {

@@ -21,7 +21,9 @@ QString Open(QFile& file, const QString& path, Start start, QIODevice::OpenMode 
 /// Why `Open` would refuse a path that is there: it is a link, no file, or belongs to another user. Empty for a file
 /// that it would open, and for one that is not there.
 QString Obstacle(const QString& path);
-/// The same for a file that may be another user's, such as settings that an administrator has made: only a link, and
+/// That a file cannot be made at a path whose folder is not there; empty where it is.
+QString FolderObstacle(const QString& path);
+/// `Obstacle` for a file that may be another user's, such as settings that an administrator has made: only a link, and
 /// what is no file, is refused.
 QString LinkObstacle(const QString& path);
 

@@ -45,6 +45,8 @@ public:
     const CodeList& Of(const QString& table, const QString& field);
     /// Whether a procedure of an origin asks for codes of a list.
     bool Knows(const QString& table, const QString& field) const { return m_declared.contains(KeyOf(table, field)); }
+    /// Those of procedures, and those that were asked for, by key.
+    const QHash<QString, CodeList>& All() const { return m_lists; }
     /// "TABLE.FIELD" of those that procedures ask for.
     QStringList Names() const;
 

@@ -118,6 +118,28 @@ void Worklist::RequireList(const QString& table, const QString& field) const {
     }
 }
 
+void Worklist::RequireLists(const QString& table, const QString& field) const {
+    if (!table.isEmpty() && !field.isEmpty()) {
+        RequireList(table, field);
+    }
+    QStringList names;
+    for (const CodeList& list : m_lists.All()) {
+        if (m_origin != nullptr && !list.origins.contains(m_origin->name)) {
+            continue;
+        }
+        if (KeyOf(table.isEmpty() ? list.table : table, field.isEmpty() ? list.field : field) ==
+            KeyOf(list.table, list.field)) {
+            return;
+        }
+        names.append(table.isEmpty() ? list.field : field.isEmpty() ? list.table : list.Name());
+    }
+    names.removeDuplicates();
+    const QString name = table.isEmpty() ? field : field.isEmpty() ? table : QString(table + u'.' + field);
+    const QString who = m_origin == nullptr ? QStringLiteral("nessuna origine chiede")
+                                            : QStringLiteral("l'origine '%1' non chiede").arg(m_origin->name);
+    throw ImportError(QStringLiteral("%1 i codici di '%2'%3").arg(who, name, DidYouMean(name, names)));
+}
+
 const TargetCodes& Worklist::Targets(const BaseTable& base) {
     const QString key = TargetKey(base);
     const auto known = m_targets.find(key);

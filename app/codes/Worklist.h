@@ -47,6 +47,9 @@ public:
     /// Raises `ImportError` for a list that no origin asks for and SYS_IMP does not hold, with those that are near:
     /// nobody would ever read its codes.
     void RequireList(const QString& table, const QString& field) const;
+    /// The same where one of the two may be left open (empty): raises `ImportError` when the origin of the codes, or
+    /// any where there is none, asks for no list of them.
+    void RequireLists(const QString& table, const QString& field) const;
     /// The codes of a base table, which are read when they are first asked for. Raises `SqlError`.
     const TargetCodes& Targets(const BaseTable& base);
     /// The codes that a list chooses from; null when any text is one.

@@ -21,6 +21,11 @@ RowsToRepeat& OfRun(std::vector<RowsToRepeat>& all, const history::WaitingCode& 
                               : all.emplace_back(RowsToRepeat{.run = code.run, .origin = code.origin, .press = press});
 }
 
+void SortByRun(std::vector<RowsToRepeat>& all) {
+    std::stable_sort(all.begin(), all.end(),
+                     [](const RowsToRepeat& a, const RowsToRepeat& b) { return a.run < b.run; });
+}
+
 } // namespace
 
 qsizetype RowsToRepeat::Count() const {
@@ -64,8 +69,19 @@ std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist) {
         names += each.first;
         names.removeDuplicates();
     }
-    std::stable_sort(all.begin(), all.end(),
-                     [](const RowsToRepeat& a, const RowsToRepeat& b) { return a.run < b.run; });
+    SortByRun(all);
+    return all;
+}
+
+std::vector<RowsToRepeat> FindWaitingRows(Session& session) {
+    const history::History history(session);
+    std::vector<RowsToRepeat> all;
+    for (const history::WaitingCode& each : history.WaitingCodes(session.UserManager.Azienda(), 1)) {
+        if (!each.origin.isEmpty()) {
+            OfRun(all, each).rows[each.procedure] += each.first;
+        }
+    }
+    SortByRun(all);
     return all;
 }
 

@@ -24,6 +24,9 @@ struct RowsToRepeat {
 /// their procedures were are left out. Raises `SqlError`.
 std::vector<RowsToRepeat> FindRowsToRepeat(Worklist& worklist);
 
+/// What that finds once every code that rows of the company under work wait for is translated, with some of its rows.
+std::vector<RowsToRepeat> FindWaitingRows(Session& session);
+
 /// What `Repeat` does, as it is pressed. Raises `ImportError` when the run cannot be repeated, as its origin or company
 /// is gone.
 ImportRequest RequestFor(Session& session, const RowsToRepeat& rows);

@@ -103,7 +103,9 @@ Reject RejectOf(const Recordset& row) {
                    Number(row, "number"),
                    Text(row, "reason"),
                    {},
-                   {}},
+                   {},
+                   static_cast<int>(Number(row, "loop")),
+                   Number(row, "place")},
                   Number(row, "imported_by"),
                   row.Value("imported_as").toString()};
     for (const NamedValue& each : ValuesOf(Text(row, "row_values"))) {

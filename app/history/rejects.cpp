@@ -5,6 +5,7 @@
 #include "app/history/WrittenRows.h"
 #include "app/startUp.h"
 #include "core/italianText.h"
+#include "sources/DecimalMarks.h"
 #include "sources/tableFile.h"
 #include "sql/mod_ovTools.h"
 
@@ -108,7 +109,7 @@ private:
             }
             const QVariant& was = reject->row.values.at(place);
             if (row.values.at(column) != mod_ovTools::ToText(was)) {
-                Mend(wanted, row, columns.at(column), was, row.values.at(column));
+                Mend(wanted, row, column, columns.at(column), was);
             }
         }
         ++m_rows;
@@ -135,12 +136,16 @@ private:
     }
 
     /// The new value is of the kind of the old one.
-    void Mend(contract::RowSelection::Row& wanted, const sources::TableOfFile::Row& row, const QString& column,
-              const QVariant& was, const QString& text) {
+    void Mend(contract::RowSelection::Row& wanted, const sources::TableOfFile::Row& row, qsizetype place,
+              const QString& column, const QVariant& was) {
+        const QString& text = row.values.at(place);
         QVariant now = text.isEmpty() ? QVariant() : QVariant(text);
+        QString doubtful = text; // where its marks may divide thousands
         const int type = was.typeId();
-        if (!text.isEmpty() && (type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int)) {
-            const auto number = mod_ovTools::ReadNumber(QString(text).replace(u',', u'.'));
+        const bool isNumber = type == QMetaType::Double || type == QMetaType::LongLong || type == QMetaType::Int;
+        if (!text.isEmpty() && isNumber) {
+            doubtful = QString::fromUtf8(sources::WithoutThousands(text.toUtf8()));
+            const auto number = mod_ovTools::ReadNumber(QString(doubtful).replace(u',', u'.'));
             if (!number) {
                 Tell(row.number, column, QStringLiteral("'%1' non è un numero").arg(text));
                 return;
@@ -156,7 +161,9 @@ private:
         } else if (!text.isEmpty() && type == QMetaType::QString) {
             now = InFormOf(was.toString(), text);
         }
-        wanted.mended.insert(column, {was, now});
+        const bool mayDivide = (isNumber || now.typeId() == QMetaType::QString) && !row.numbers.contains(place) &&
+                               sources::MayDivideThousands(doubtful.toUtf8());
+        wanted.mended.insert(column, {was, now, mayDivide ? doubtful : QString()});
     }
 
     void Tell(qint64 row, const QString& column, const QString& what) {
@@ -393,6 +400,11 @@ QString WhyNotToGoOn(const Run& run) {
                : QStringLiteral("non si è interrotta: non c'è nulla da riprendere");
 }
 
+/// Whether a row was given up behind what a run has reached, so that going on comes to it again.
+bool ComesAgain(const RejectedRow& row, const contract::RowSelection::Reached& reached) {
+    return row.loop > reached.loop || (row.loop == reached.loop && row.place > reached.rows);
+}
+
 } // namespace
 
 std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run& run) {
@@ -419,6 +431,13 @@ std::unique_ptr<contract::RowSelection> RestOf(const History& history, const Run
                 reached.insert(name, procedure.reached);
             }
         }
+    }
+    for (const Run& each : chain) {
+        ForEachOpen(history, each.id, [&](const Reject& reject) {
+            if (!whole.contains(reject.procedure) && ComesAgain(reject.row, reached.value(reject.procedure))) {
+                selection->Await(Wanted(reject));
+            }
+        });
     }
     for (const auto& [name, givenUp] : whole.asKeyValueRange()) {
         selection->LeaveOut(name, givenUp + reached.take(name).givenUp);

@@ -217,7 +217,7 @@ bool IsExample(const QStringList& values, const TemplateFile& file) {
     return true;
 }
 
-/// Whether a file is a template as this one is, and nobody has written into it.
+/// Whether a file is this template, and nobody has written into it.
 bool IsUntouched(const QString& path, const TemplateFile& file) {
     QStringList headers;
     QStringList captions;
@@ -234,14 +234,21 @@ bool IsUntouched(const QString& path, const TemplateFile& file) {
     }
 }
 
-void CheckPath(const QString& path, const TemplateFile& file) {
+/// The same for the template of any sheet: one that was made for the wrong data is no loss.
+bool IsUntouched(const QString& path, Session* session) {
+    const std::vector<Sheet> sheets = modImport_Excel::Sheets();
+    return std::any_of(sheets.begin(), sheets.end(),
+                       [&](const Sheet& sheet) { return IsUntouched(path, Content(session, sheet).Make()); });
+}
+
+void CheckPath(const QString& path, Session* session) {
     const auto refuse = [&path](const QString& why) {
         throw ImportError(QStringLiteral("Modello '%1': %2").arg(QDir::toNativeSeparators(path), why));
     };
     if (QFileInfo(path).suffix().compare(QStringLiteral("xlsx"), Qt::CaseInsensitive) != 0) {
         refuse(QStringLiteral("il nome deve finire in .xlsx"));
     }
-    if (QFileInfo::exists(path) && !IsUntouched(path, file)) {
+    if (QFileInfo::exists(path) && !IsUntouched(path, session)) {
         refuse(QStringLiteral("esiste già e non è un modello ancora da compilare: non viene sovrascritto, indicarne un "
                               "altro"));
     }
@@ -270,7 +277,7 @@ QString Written::Text(const QString& path) const {
 Written Write(Session* session, contract::Button button, const QString& path) {
     const Sheet sheet = SheetOf(button);
     const TemplateFile file = Content(session, sheet).Make();
-    CheckPath(path, file);
+    CheckPath(path, session);
     sources::WriteTemplate(path, file);
     Written written{file.sheet, static_cast<qsizetype>(file.columns.size()), {}, 0};
     for (const TemplateList& list : file.lists) {

@@ -159,6 +159,39 @@ private slots:
         QTEST(trial.One(discounts), "cleared");
     }
 
+    /// What a stranger has of a role is not written over: a row gives the role that is lacking, and its own later.
+    void StrangersKeepTheirRole_data() {
+        Columns<QString, QString, QString, QString>("there", "first", "second", "told");
+        Row("renamed since", QString(), "5|PC1", "5|PC1", "resta com'è");
+        Row("somebody's word, another role", "COFOR = 1, COIVA = '11111111115'", "5|PC1", "4|P4",
+            "resta com'è, salvo ciò che riguarda il ruolo di questa");
+        Row("somebody's word, without numbers", "COFOR = 1", "5|PC1", "4|P4",
+            "resta com'è, salvo ciò che riguarda il ruolo di questa");
+        Row("somebody's word, the same role", "COCLI = 1, COSC1 = 7", "7|NULL", "7|NULL", "resta com'è");
+        Row("the same role of another code", "COCLI = 1, COCGE = 'X9', COIVA = '11111111115', COSC1 = 7", "7|NULL",
+            "7|NULL", "resta com'è; resta il codice cliente 'X9'");
+    }
+    void StrangersKeepTheirRole() {
+        QFETCH(const QString, there);
+        PartiesTrial trial;
+        trial.Source("C1", {}, there.contains("COIVA") ? QString(Vat) : QString());
+        trial.Discounts("5", {});
+        if (!there.isEmpty()) {
+            trial.Execute("INSERT INTO X01_CON_TRO (CDCON, CORAS) VALUES ('000500', 'A mano')");
+            trial.Execute("UPDATE X01_CON_TRO SET " + there);
+            trial.Execute("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('ANAG', 'CODICE', 'C1', '000500')");
+        }
+        const QString conditions = "SELECT COSC1, COMOP FROM X01_CON_TRO";
+        trial.Import();
+        QTEST(trial.One(conditions), "first");
+        trial.Change("C1", "NOME = 'Bianchi', SC1 = '4', PAG = 'P4'");
+        QVERIFY(trial.Import().contains("CONTROPARTI DIVERSE"));
+        QTEST(trial.One(conditions), "second");
+        QFETCH(const QString, told);
+        QVERIFY2(trial.Log().contains((": la riga che c'è " + told + '\r').toLatin1()), trial.Log());
+        QCOMPARE(trial.Party("COCGE", "C1"), there.isEmpty() ? QString("000001") : QString("000500"));
+    }
+
     /// The source has given the code to somebody else since: his documents are not those of who had it before.
     void OneCodeOfTwo() {
         PartiesTrial trial;

@@ -160,7 +160,7 @@ private slots:
         Row("one that Quadrix lacks", Pag("ZZ99", "RDD"), "'RDD' non è in TAB_MOP: forse 'RD' (Rimessa diretta)?");
         codes::Change make = Pag("ZZ99", "NU");
         make.isMade = true;
-        Row("made without words", make, "per creare 'NU' in TAB_MOP serve la descrizione (colonna 'Descrizione'");
+        Row("made without words", make, "per creare 'NU' in TAB_MOP serve anche la descrizione");
         make.newCode = "UNCODICELUNGO";
         make.description = "Nuovo";
         Row("longer than the column", make, "'UNCODICELUNGO' ha 13 caratteri, CON_TRO.COMOP");
@@ -217,7 +217,8 @@ private slots:
 
         test.Execute("UPDATE SYS_IMP SET TBNEW = 'R36' WHERE TBOLD = 'A1'"); // somebody else
         const QString refusal = Refusal([&] { codes::Save(worklist, {Pag("ZZ99", "B9"), Pag("A1", "012")}); });
-        QVERIFY2(refusal.contains("qualcuno ha dato intanto il codice 'R36'"), qPrintable(refusal));
+        QVERIFY2(refusal.endsWith(": intanto qualcuno gli ha dato il codice 'R36': rivedere la scelta e ripetere"),
+                 qPrintable(refusal));
         QCOMPARE(test.Translations().mid(0, 2), QStringList({"ZZ99|RD", "A1|R36"}));
         QCOMPARE(modImport::GetNewCode(test.Get(), "anagrafe", "pag", "ZZ99", false), QString("RD"));
     }

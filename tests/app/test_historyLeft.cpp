@@ -100,6 +100,32 @@ private slots:
                     .contains("l'esecuzione 1, che la 2 riprende, è stata"));
     }
 
+    /// A row that was given up where a run broke off is one that the rest of it begins with.
+    void importsTheRowThatItBrokeOffAt_data() {
+        Columns<QString, bool, int>("mending", "isTrial", "open");
+        Row("mended", "UPDATE ART SET COSTO = '2' WHERE CODICE = 'B'", false, 0);
+        Row("in a trial", "UPDATE ART SET COSTO = '2' WHERE CODICE = 'B'", true, 1);
+        Row("as it was", "UPDATE ART SET COSTO = 'due' WHERE CODICE = 'B'", false, 1);
+        Row("gone", "DELETE FROM ART WHERE CODICE = 'B'", false, 1);
+    }
+    void importsTheRowThatItBrokeOffAt() {
+        QFETCH(const QString, mending);
+        QFETCH(const bool, isTrial);
+        Kept kept;
+        kept.Target.Person.CancelAt = 2;
+        kept.Run(); // A and B, which is given up
+        kept.Target.Person.CancelAt.reset();
+        const History history(kept.Path());
+        QCOMPARE(RejectsIn(history.Load(1)), 1);
+        kept.Source(mending);
+        kept.Run(RestOf(history, history.Load(1)), isTrial, 1);
+        QTEST(static_cast<int>(RejectsIn(history.Load(1))), "open");
+        if (!isTrial) {
+            Undo(kept.Target.Get(), history, 2);
+            QCOMPARE(RejectsIn(history.Load(1)), 1);
+        }
+    }
+
     /// Both parts of an import are one: the second knows what the first has written, up to where it goes on.
     void knowsWhatIsWritten() {
         Kept kept;

@@ -229,8 +229,16 @@ private slots:
 
     /// What was not reached is told beside what was given up.
     void tellsHowToGoOn() {
+        const QString wrong = "UPDATE ARCLFR SET SC1CLFOR = '%1' WHERE CODCLFOR = '000004' AND FLAGCLFR = 'C'";
+        Change(Path("gescom/gescom.db"), {wrong.arg("venti")});
         const QString told = m_run.Run(QStringList{"import", "--errors", "abort", "--data", "cli"} + m_which).output;
-        QVERIFY2(told.contains("riprendere da dove si è fermata: import --resume "), qPrintable(told));
+        static const QRegularExpression resuming("riprendere da dove si è fermata: import --resume (\\d+)");
+        const QString run = resuming.match(told).captured(1);
+        QVERIFY2(!run.isEmpty() && told.contains("--rejects-of " + run), qPrintable(told));
+        Change(Path("gescom/gescom.db"), {wrong.arg("20")});
+        const QString resumed = m_run.Run({"import", "--errors", "abort", "--resume", run}).output;
+        QVERIFY2(resumed.contains("abbandonate 0") && !resumed.contains("--rejects-of"), qPrintable(resumed));
+        Change(Path("gescom/gescom.db"), {wrong.arg("dieci")});
     }
 
     /// A source that is not what was thought is noticed early; whoever goes on does what was not reached.

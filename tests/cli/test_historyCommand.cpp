@@ -38,6 +38,8 @@ private slots:
         Row("no such run", QStringList{"--run", "9"}, 1, "9");
         Row("no such company", QStringList{"--company", "X99"}, 2, "L'azienda 'X99' non esiste");
         Row("notes of no run", QStringList{"--notes", "note.csv"}, 2, "--notes vale con --run");
+        Row("notes of another kind of file", QStringList{"--run", "1", "--notes", "note.pdf"}, 1,
+            "il nome deve finire in .csv o .xlsx");
         Row("no day", QStringList{"--forget-before", "2024-01-01", "--yes"}, 2, "non è una data GG/MM/AAAA");
         Row("forgetting one run", QStringList{"--run", "1", "--forget-before", "01/01/2024", "--yes"}, 2,
             "--run non vale con --forget-before");

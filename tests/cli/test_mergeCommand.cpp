@@ -24,8 +24,8 @@ private slots:
         Columns<QStringList, int, QString>("arguments", "exitCode", "told");
         Row("without confirmation", QStringList{"--from", "X01", "--to", "X02"}, 2, "--yes");
         Row("without destination", QStringList{"--from", "X01", "--yes"}, 2, "--to");
-        Row("unknown company", QStringList{"--from", "X01", "--to", "X09", "--yes"}, 1, "'X09': non esiste");
-        Row("same company", QStringList{"--from", "X01", "--to", "x01", "--preview"}, 1, "diverse");
+        Row("unknown company", QStringList{"--from", "X01", "--to", "X09", "--yes"}, 2, "'X09' non esiste");
+        Row("same company", QStringList{"--from", "X01", "--to", "x01", "--preview"}, 2, "diverse");
     }
     void refusals() {
         QFETCH(QStringList, arguments);

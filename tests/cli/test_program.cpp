@@ -80,6 +80,10 @@ private slots:
         row("no file to check", {"check", "--company", "X01", "--origin", "Excel"}, "--file PERCORSO");
         row("no file to look at", {"inspect", "--origin", "Excel"}, "--file PERCORSO");
         row("no names to open by", {"codes", "list", "--describe", "--company", "X01", "--origin", "SAM"}, "--input");
+        row("data that an origin does not have", Import({"--answer", "yes"}).replaceInStrings("cli", "saldi"),
+            "Arca 2000 non ha importazioni per --data saldi");
+        row("the same to check", {"check", "--company", "X01", "--origin", "Arca 2000", "--data", "saldi"},
+            "non ha importazioni per --data saldi");
         row("unknown company", Import({}).replaceInStrings("X01", "X02"), "forse 'X01'? (aziende presenti: X01)");
     }
     void refusesWrongUsage() {
@@ -264,6 +268,26 @@ private slots:
                  qPrintable(log));
         QVERIFY2(log.contains("Fine ImportContropartiArca2000: completata ma non per intero. Righe dell'origine"),
                  qPrintable(log));
+    }
+
+    /// What is left to do runs as it is told, with the answers that its imports ask for.
+    void givesTheAnswersAgain() {
+        m_cli->CreateCompany();
+        Count(m_cli->Database(), "CREATE TRIGGER refuse BEFORE INSERT ON X01_CON_TRO WHEN NEW.CDCON = '000007' "
+                                 "BEGIN SELECT RAISE(ABORT, 'rifiutata'); END");
+        const QString told = m_cli->Run(Import({"--answer", "no", "--errors", "ignore"})).output;
+        QVERIFY2(told.contains("import --rejects-of 1 --mended FILE --answer no\n"), qPrintable(told));
+        const QString apply = QRegularExpression("poi (codes apply .+)").match(told).captured(1).trimmed();
+        QCOMPARE(apply, QString("codes apply --company X01 --answer no"));
+        const QStringList terms{"--company", "X01", "--table", "anagrafe", "--field", "pag"};
+        const QJsonObject code =
+            m_cli->Run(QStringList{"codes", "list", "--json"} + terms).Json()["codes"][0].toObject();
+        const auto set = m_cli->Run(QStringList{"codes", "set", "--old", code["oldCode"].toString(), "--new", "Z9",
+                                                "--create", "--description", "Nuovo"} +
+                                    terms);
+        QVERIFY2(set.exitCode == 0, qPrintable(set.output + set.errors));
+        const auto applied = m_cli->Run(apply.split(' '));
+        QVERIFY2(applied.exitCode != 2 && applied.output.contains(apply), qPrintable(applied.output + applied.errors));
     }
 
     void namesQuestionsAndWhatIsBuilt() {

@@ -374,7 +374,7 @@ RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceR
         if (place.known && roles.carrier) {
             target.Set("COVET", true);
         }
-        if (m_kind->declared.more) {
+        if (m_kind->declared.more && !joining.isStranger) {
             m_kind->declared.more(Run(), row, target);
         }
         SetJoined(target, place.code, joining);
@@ -392,7 +392,11 @@ RowOutcome CounterpartyImporter::Write(CounterpartyWriter& writer, const SourceR
 /// A counterparty that is there, and its branches, get the codes that they lack, and nothing else.
 RowOutcome CounterpartyImporter::FillCodesOf(CounterpartyWriter& writer, const SourceRow& row, const Placement& place,
                                              const Roles& roles) const {
-    const MissingCodes missing(Run(), Parties, {place.code, roles});
+    const Roles own = m_parties.RolesToWrite(roles);
+    if (!own.customer && !own.supplier && !own.carrier) {
+        return Run().Skip(QStringLiteral("il codice è di un'altra controparte, che resta com'è"));
+    }
+    const MissingCodes missing(Run(), Parties, {place.code, own});
     TargetRow target(Run(), Parties);
     for (const CounterpartyMapping& mapping : m_kind->mappings) {
         missing.Apply(mapping.Whole(), row, target);

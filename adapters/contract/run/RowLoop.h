@@ -6,6 +6,12 @@
 #include "adapters/contract/run/RowSelection.h"
 #include "adapters/contract/run/RowTransaction.h"
 
+namespace sources {
+
+class DecimalMarks;
+
+} // namespace sources
+
 namespace contract {
 
 /// A loop over source rows. Rows that belong together are carried over or given up as one; several of these are
@@ -37,7 +43,10 @@ private:
     bool IsBehind(const Unit& unit);
     void CheckCameBehind() const;
     bool Select(Unit& unit);
-    void Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const;
+    void NoteAwaited(Unit& unit) const;
+    void Mend(HeldRows::Row& row, const RowSelection::Row& wanted, const QString& key);
+    QVariant ReadMended(qsizetype column, const RowSelection::Row::Mended& mended, const QString& key);
+    void LookAtMarks();
     void TellGivenUp(const Unit& unit, size_t row, const QString& reason);
     std::unique_ptr<CancellableReads> Cancellable() const;
     Recordset Open() const;
@@ -67,6 +76,8 @@ private:
     const std::function<void()>& m_groupEnd;
     RowTransaction m_transaction;
     std::optional<HeldRows> m_held;
+    std::shared_ptr<const sources::DecimalMarks>
+        m_marks;              ///< of the numbers in the columns; null until they are asked for
     Unit m_unit;              ///< being read
     QString m_key;            ///< of the row under way
     bool m_isWorking = false; ///< something of it may be written

@@ -1,5 +1,7 @@
 #include "adapters/contract/run/RowLoop.h"
+#include "sources/DecimalMarks.h"
 #include "sql/mod_ovTools.h"
+#include "sql/variantText.h"
 
 #include <limits>
 
@@ -28,6 +30,7 @@ void RowLoop::FindPlace() {
 /// Rows that belong together have been read.
 void RowLoop::Take(Unit unit) {
     if (IsBehind(unit) && (!IsSelective() || Select(unit))) {
+        NoteAwaited(unit);
         Do(unit);
     }
 }
@@ -61,6 +64,16 @@ void RowLoop::CheckCameBehind() const {
     }
 }
 
+/// A run that goes on comes to the rows again that were given up where the one before it broke off.
+void RowLoop::NoteAwaited(Unit& unit) const {
+    if (m_session.Selection == nullptr || IsSelective()) {
+        return;
+    }
+    for (const QString& name : std::as_const(unit.keys)) {
+        unit.wanted += m_session.Selection->Awaited(name);
+    }
+}
+
 /// Whether one of the rows is wanted; what has been mended takes the place of what the source has.
 bool RowLoop::Select(Unit& unit) {
     bool isWanted = false;
@@ -76,7 +89,7 @@ bool RowLoop::Select(Unit& unit) {
         if (wanted != nullptr) {
             isWanted = true;
             unit.wanted.append(wanted);
-            Mend(unit.rows[i], *wanted);
+            Mend(unit.rows[i], *wanted, unit.keys.at(static_cast<qsizetype>(i)));
         }
     }
     m_run.m_account.Result.sourceRows += isWanted ? static_cast<qint64>(unit.rows.size()) : 0;
@@ -84,7 +97,8 @@ bool RowLoop::Select(Unit& unit) {
 }
 
 /// A value that the source has changed since is not replaced: it cannot be read, and its row is given up again.
-void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const {
+/// @param key name of the row
+void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted, const QString& key) {
     const QStringList& columns = m_held->Columns();
     for (const auto& [name, mended] : wanted.mended.asKeyValueRange()) {
         const qsizetype column = columns.indexOf(name);
@@ -95,7 +109,7 @@ void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const {
         const QString now =
             value.metaType() == QMetaType::fromType<ImportError>() ? QString() : mod_ovTools::ToText(value);
         if (now == mod_ovTools::ToText(mended.was)) {
-            value = mended.now;
+            value = mended.text.isEmpty() ? mended.now : ReadMended(column, mended, key);
         } else if (now != mod_ovTools::ToText(mended.now)) {
             value = QVariant::fromValue(
                 ImportError(QStringLiteral("colonna '%1': la fonte ha ora '%2', quando è stata scartata aveva '%3': la "
@@ -103,6 +117,46 @@ void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted) const {
                                 .arg(name, now, mod_ovTools::ToText(mended.was), mod_ovTools::ToText(mended.now))));
         }
     }
+}
+
+/// A number whose marks may divide thousands, as it would be read in the source; where nothing tells that, the log
+/// does.
+QVariant RowLoop::ReadMended(qsizetype column, const RowSelection::Row::Mended& mended, const QString& key) {
+    LookAtMarks();
+    ConnectionSettings settings;
+    settings.note = [this](const QString& note) { m_run.Log(note); };
+    sources::Oddities oddities(settings, key);
+    const QString text = QString::fromUtf8(
+        m_marks->Read(static_cast<int>(column), m_held->Columns().at(column), mended.text.toUtf8(), oddities));
+    oddities.Tell();
+    if (mended.now.typeId() == QMetaType::QString) {
+        return text;
+    }
+    const auto number = mod_ovTools::ReadNumber(QString(text).replace(u',', u'.'));
+    return number ? QVariant(*number) : mended.now;
+}
+
+/// Reads the rows of the source once more, for how the numbers are written in its columns.
+void RowLoop::LookAtMarks() {
+    if (m_marks != nullptr) {
+        return;
+    }
+    const auto marks = std::make_shared<sources::DecimalMarks>(
+        0, sources::DecimalMarks::Remedies{
+               QStringLiteral("scriverlo senza, nel file degli scarti o nella sorgente"),
+               QStringLiteral("se non è un numero, correggerlo nella sorgente e importare di nuovo gli scarti")});
+    for (Recordset rows = Open(); !rows.Eof(); rows.MoveNext()) {
+        const HeldRows::Row row = m_held->Take(rows);
+        for (int column = 0; column < row.size(); ++column) {
+            const QVariant& value = row.at(column);
+            if (value.typeId() == QMetaType::QString) {
+                marks->Look(column, value.toString().toUtf8());
+            } else if (HoldsNumber(value)) {
+                marks->LookAtNumber(column);
+            }
+        }
+    }
+    m_marks = marks;
 }
 
 /// Tells the observer of the run what the source has in a row that is given up.

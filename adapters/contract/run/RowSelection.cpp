@@ -2,6 +2,8 @@
 
 #include "sql/mod_ovTools.h"
 
+#include <array>
+
 namespace contract {
 
 namespace {
@@ -27,7 +29,15 @@ qsizetype KeyParts(const RowSelection::Row& row) { return row.key.count(u'\x1f')
 
 enum class Likeness { Other, ButForMended, Same };
 
-/// How much a source row is still what a wanted row was.
+/// The columns that files number their rows by.
+constexpr std::array RowNumbers{"_RIGA", "_RECNO"};
+
+bool IsRowNumber(const QString& column) {
+    return std::any_of(RowNumbers.begin(), RowNumbers.end(),
+                       [&column](const char* number) { return column == QLatin1String(number); });
+}
+
+/// How much a source row is still what a wanted row was. Its place in its file is none of its values.
 Likeness LikenessOf(const RowSelection::Row& wanted, const RowSelection::Row& met) {
     if (wanted.columns.isEmpty()) {
         return Likeness::Other;
@@ -35,7 +45,8 @@ Likeness LikenessOf(const RowSelection::Row& wanted, const RowSelection::Row& me
     auto likeness = Likeness::Same;
     for (qsizetype column = 0; column < wanted.columns.size(); ++column) {
         const QString& name = wanted.columns.at(column);
-        if (ReadableText(wanted.values.at(column)) != ReadableText(met.values.value(met.columns.indexOf(name)))) {
+        if (!IsRowNumber(name) &&
+            ReadableText(wanted.values.at(column)) != ReadableText(met.values.value(met.columns.indexOf(name)))) {
             if (!wanted.mended.contains(name)) {
                 return Likeness::Other;
             }
@@ -52,7 +63,7 @@ QString KeyOf(const SourceRow& row, const QString& keyColumn) {
 }
 
 qint64 NumberOf(const SourceRow& row) {
-    for (const char* number : {"_RIGA", "_RECNO"}) {
+    for (const char* number : RowNumbers) {
         if (row.HasColumn(QLatin1String(number))) {
             return row.Value(QLatin1String(number)).toLongLong();
         }
@@ -95,40 +106,72 @@ bool RowSelection::HasWritten(const QString& table, qint64 id) const {
     return reached != m_reached.constEnd() && reached->hasWritten && reached->hasWritten(table, id);
 }
 
+/// What was mended goes to one source row alone, whichever of its twins comes first.
+bool RowSelection::Wanted::IsTaken(const Row& met) const {
+    return isMet && !row.mended.isEmpty() && metNumber != met.number;
+}
+
 /// Of several rows with one name or key, the one that is most like it, then that of the same number, then one that has
-/// not been met.
+/// not been met; null without any.
+RowSelection::Wanted* RowSelection::MostLike(const Row& met, const QString& place) {
+    std::vector<Wanted>& rows = m_rows[m_procedure];
+    const auto rank = [&met](const Wanted& wanted) {
+        return std::tuple(!wanted.IsTaken(met), LikenessOf(wanted.row, met),
+                          met.number != 0 && wanted.row.number == met.number, !wanted.isMet);
+    };
+    Wanted* best = nullptr;
+    for (const size_t each : m_places[m_procedure].values(place)) {
+        if (best == nullptr || rank(*best) < rank(rows[each])) {
+            best = &rows[each];
+        }
+    }
+    return best;
+}
+
 const RowSelection::Row* RowSelection::Find(const Row& met) {
-    const auto rows = m_rows.find(m_procedure);
-    if (rows == m_rows.end()) {
+    if (!Limits()) {
         return nullptr;
     }
     m_keyParts.insert(met.table, KeyParts(met));
-    const auto& ofProcedure = *m_places.constFind(m_procedure);
-    QList<size_t> places = ofProcedure.values(met.name);
-    if (places.isEmpty()) { // the row may have moved in its file
-        places = ofProcedure.values(PlaceOf(met));
-    }
-    if (places.isEmpty()) {
-        return nullptr;
-    }
-    const auto rank = [&](size_t place) {
-        const Wanted& wanted = (*rows)[place];
-        return std::tuple(LikenessOf(wanted.row, met), met.number != 0 && wanted.row.number == met.number,
-                          !wanted.isMet);
+    const auto isLike = [&met](const Wanted& wanted) { return LikenessOf(wanted.row, met) != Likeness::Other; };
+    const auto mayBe = [&](const Wanted* wanted) {
+        return wanted != nullptr && !wanted->IsTaken(met) && (wanted->row.mended.isEmpty() || isLike(*wanted));
     };
-    Wanted& wanted =
-        (*rows)[*std::max_element(places.begin(), places.end(), [&](size_t a, size_t b) { return rank(a) < rank(b); })];
-    if (!wanted.row.mended.isEmpty() && LikenessOf(wanted.row, met) == Likeness::Other) {
-        return nullptr;
+    Wanted* wanted = MostLike(met, met.name);
+    if (!mayBe(wanted)) { // the row may have moved in its file, to where another one stood that is wanted too
+        const bool isOther = wanted != nullptr;
+        wanted = MostLike(met, PlaceOf(met));
+        if (!mayBe(wanted) || (isOther && !isLike(*wanted))) {
+            return nullptr;
+        }
     }
-    wanted.isMet = true;
-    return &wanted.row;
+    wanted->isMet = true;
+    wanted->metNumber = met.number;
+    return &wanted->row;
+}
+
+QVector<const RowSelection::Row*> RowSelection::Awaited(const QString& name) const {
+    QVector<const Row*> rows;
+    if (const auto awaited = m_awaited.constFind(m_procedure); awaited != m_awaited.cend()) {
+        for (auto [row, end] = awaited->equal_range(name); row != end; ++row) {
+            rows.append(&*row);
+        }
+    }
+    return rows;
 }
 
 qint64 RowSelection::Count() const {
     qint64 count = 0;
     for (const std::vector<Wanted>& rows : m_rows) {
         count += static_cast<qint64>(rows.size());
+    }
+    return count;
+}
+
+qint64 RowSelection::CountNotMet() const {
+    qint64 count = 0;
+    for (const std::vector<Wanted>& rows : m_rows) {
+        count += std::count_if(rows.begin(), rows.end(), [](const Wanted& wanted) { return !wanted.isMet; });
     }
     return count;
 }

@@ -28,6 +28,7 @@ public:
         struct Mended {
             QVariant was;
             QVariant now;
+            QString text = {}; ///< a number as it is written, where its marks may divide thousands; else empty
         };
         QMap<QString, Mended> mended = {};
         QStringList columns = {}; ///< of the source, with what they had when the row was given up; empty: not known
@@ -60,6 +61,12 @@ public:
     /// What a procedure that is left out has given up; 0 for any other.
     qint64 LeftBy(const QString& procedure) const { return m_leftOut.value(procedure); }
 
+    /// Has it noted when a procedure that goes on has done a row which an earlier run has given up behind what it has
+    /// reached. It limits the procedure to nothing.
+    void Await(const Row& row) { m_awaited[row.procedure].insert(row.name, row); }
+    /// Those that a source row with a name is.
+    QVector<const Row*> Awaited(const QString& name) const;
+
     /// Has rows that are there get codes that they lack, whatever else of them stays as it is.
     void FillCodes() { m_fillsCodes = true; }
     bool FillsCodes() const { return m_fillsCodes; }
@@ -73,6 +80,8 @@ public:
     }
     /// How many rows are wanted, of all procedures.
     qint64 Count() const;
+    /// How many of them have not been met.
+    qint64 CountNotMet() const;
     /// Whether the procedure under way is limited to rows; else it takes all of them.
     bool Limits() const { return m_rows.contains(m_procedure); }
     /// How far it has come before; none: it begins anew.
@@ -89,7 +98,7 @@ public:
     /// known then.
     bool IsToldOtherwise(const Row& row) const;
 
-    /// Rows that `Find` has found are done and committed now.
+    /// Rows that `Find` or `Awaited` has found are done and committed now.
     void Done(const QVector<const Row*>& rows) { m_done += rows; }
     /// Those of the procedure under way, by their names.
     QStringList DoneNames() const;
@@ -104,13 +113,19 @@ private:
     struct Wanted {
         Row row;
         bool isMet = false;
+        qint64 metNumber = 0; ///< of the source row that it was met as last
+
+        bool IsTaken(const Row& met) const;
     };
+    Wanted* MostLike(const Row& met, const QString& place);
+
     QString m_procedure;                                  ///< under way
     QHash<QString, std::vector<Wanted>> m_rows;           ///< by procedure
     QHash<QString, QMultiHash<QString, size_t>> m_places; ///< by procedure, then name, and table with key
     QHash<QString, qsizetype> m_keyParts;                 ///< in how many columns `KeyOf` the rows met stands, by table
     QHash<QString, Reached> m_reached;
     QHash<QString, qint64> m_leftOut;
+    QHash<QString, QMultiHash<QString, Row>> m_awaited; ///< by procedure, then name
     QVector<const Row*> m_done;
     QStringList m_remarks;
     bool m_fillsCodes = false;

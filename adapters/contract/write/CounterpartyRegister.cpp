@@ -132,6 +132,8 @@ CounterpartyRegister::Party CounterpartyRegister::PartyOf(const SourceRow& row) 
                 row.Text("COFIS"),
                 row.Text("COCGE"),
                 row.Text("COFGE"),
+                mod_ovTools::ToBoolean(row.Value("COCLI")) || !row.IsBlank("COCGE"),
+                mod_ovTools::ToBoolean(row.Value("COFOR")) || !row.IsBlank("COFGE"),
                 mod_ovTools::ToBoolean(row.Value("COANN")),
                 mod_ovTools::ToBoolean(row.Value("COBLK")),
                 !isImport(changedBy.isEmpty() ? madeBy : changedBy),
@@ -222,15 +224,17 @@ QString CounterpartyRegister::NoStranger(const SourceIdentity& source, const QSt
 }
 
 /// "; il codice cliente '7' lascia il posto a '9'", of each source code that a counterparty has and loses to a source
-/// row that it becomes, or that it keeps before that of a cancelled row; empty for none.
+/// row that it becomes, or that it keeps before that of a cancelled row or a stranger's; empty for none.
 QString CounterpartyRegister::Replaced(const SourceIdentity& source, const Party& party) const {
     QString replaced;
     const auto look = [&](bool customer, bool has, const QString& there) {
         if (has && !there.isEmpty() && !Agree(there, source.code)) {
-            replaced += (KeepsCode(source, party, customer)
-                             ? QStringLiteral("; resta il codice %1 '%2', la riga di '%3' è annullata")
-                             : QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'"))
-                            .arg(RoleText(customer), there, source.code);
+            const bool isKept = customer ? m_kept.customer : m_kept.supplier;
+            replaced += isKept ? QStringLiteral("; resta il codice %1 '%2'").arg(RoleText(customer), there)
+                               : (KeepsCode(source, party, customer)
+                                      ? QStringLiteral("; resta il codice %1 '%2', la riga di '%3' è annullata")
+                                      : QStringLiteral("; il codice %1 '%2' lascia il posto a '%3'"))
+                                     .arg(RoleText(customer), there, source.code);
         }
     };
     look(true, source.roles.customer, party.customer);
@@ -274,6 +278,7 @@ void CounterpartyRegister::TellMerge(const SourceIdentity& source, const QString
 
 void CounterpartyRegister::Meet(const SourceIdentity& source) {
     m_again = false;
+    m_kept = {};
     m_held.reset();
     const QString code = mod_ovTools::UpperChars(source.code);
     for (const auto& [has, role] : {std::pair(source.roles.customer, u'C'), std::pair(source.roles.supplier, u'F')}) {
@@ -412,8 +417,7 @@ void CounterpartyRegister::TellTwice(const QString& code) const {
 void CounterpartyRegister::TellDifferent(const SourceIdentity& source, const Party& party, bool isUpdated) const {
     m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3, %4, hanno lo stesso codice d'origine '%5': %6")
                   .arg(m_run.RowKey(), Named(source), Named(party), party.code, source.code,
-                       isUpdated ? QStringLiteral("la riga che c'è resta com'è, e prende il ruolo che le manca")
-                                 : QStringLiteral("restano due")));
+                       isUpdated ? KeepRoles(source, party, IsTold(source, party)) : QStringLiteral("restano due")));
 }
 
 QString CounterpartyRegister::NextCode() const {
@@ -474,9 +478,9 @@ std::optional<Placement> CounterpartyRegister::Take(const SourceIdentity& source
     }
     m_run.Log(QStringLiteral("CONTROPARTE DOPPIA: ") + code);
     if (!same) {
-        m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: la riga che c'è resta "
-                                 "com'è, e prende il ruolo che le manca%5")
-                      .arg(m_run.RowKey(), Named(source), Named(*party), code, Replaced(source, *party)));
+        const QString stays = KeepRoles(source, *party, true);
+        m_run.Log(QStringLiteral("CONTROPARTI DIVERSE: %1 %2 e %3 hanno lo stesso codice %4: %5%6")
+                      .arg(m_run.RowKey(), Named(source), Named(*party), code, stays, Replaced(source, *party)));
     }
     return Placement{code, true};
 }

@@ -44,6 +44,7 @@ struct Placement {
 struct Joining {
     bool isAgain = false;      ///< as `Placement::isAgain`
     Roles keeps = {};          ///< roles that another row of the source has given it, whose columns stay
+    bool isStranger = false;   ///< it has all roles of the row, which is another one's: nothing of it changes
     Roles clears = {};         ///< roles whose discounts go where the source row has none
     bool isRevived = false;    ///< it is cancelled no longer
     QStringList ownLists = {}; ///< COLSC, COLSF where that is the counterparty's own price list, which stays
@@ -82,6 +83,9 @@ public:
     /// A row that leaves the columns of a role as they are has its say in the discounts all the same, as it may have
     /// given them when it was imported first. @param discounts lines of the row that tell discounts
     void NoteDiscounts(const Mapping& discounts, const SourceRow& row, const Placement& place, const Joining& joining);
+    /// The roles of the source row under way but for those that the counterparty found for it has already and keeps as
+    /// they are, as the row is a stranger to it, which the log has told.
+    Roles RolesToWrite(const Roles& roles) const;
     /// `FindByIdentity` for the counterparty of a source row; the log tells of the two that become one.
     QString FindSame(const SourceIdentity& source) const;
     /// The counterparty that the source says a row is, which is known by its code: a stranger, whose name and numbers
@@ -139,6 +143,8 @@ private:
         QString taxCode;
         QString customer; ///< COCGE
         QString supplier; ///< COFGE
+        bool isCustomer;
+        bool isSupplier;
         bool isCancelled;
         bool isBlocked;
         bool isByHand;        ///< whether somebody has written the row last, and not an import
@@ -171,6 +177,8 @@ private:
     std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
     Placement TakeNext(const SourceIdentity& source, const QString& taken) const;
     QString Replaced(const SourceIdentity& source, const Party& party) const;
+    bool IsTold(const SourceIdentity& source, const Party& party) const;
+    QString KeepRoles(const SourceIdentity& source, const Party& party, bool mayBeOwn) const;
     bool KeepsCode(const SourceIdentity& source, const Party& party, bool customer) const;
     void JoinRole(const SourceIdentity& source, const Party& party, bool customer, Joining& joining);
     void BeginParty(const SourceIdentity& source, const QString& code);
@@ -190,6 +198,7 @@ private:
     std::optional<TakenCode> m_setting; ///< none: as usual
     QSet<size_t> m_met;                 ///< hashes of the roles and codes of the rows so far
     bool m_again = false;               ///< whether the row under way has one of them
+    mutable Roles m_kept;               ///< of the one found for the row under way, a stranger: they stay
     mutable JoinedCodes m_joined;
     mutable QHash<QString, QString> m_corrected; ///< CDCON by numbers of rows that are its by code and name alone
     mutable std::optional<HeldCode> m_held; ///< as it was read for the row under way, of which nothing is written yet

@@ -4,6 +4,7 @@
 #include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/CounterpartyRegister.h"
+#include "core/modImport.h"
 #include "sql/mod_ovTools.h"
 
 namespace contract {
@@ -13,6 +14,10 @@ namespace {
 QString InRole(bool customer, const QString& code) { return (customer ? u'C' : u'F') + mod_ovTools::UpperChars(code); }
 
 bool HasRole(const Roles& roles, bool customer) { return customer ? roles.customer : roles.supplier; }
+
+bool IsCode(const QString& there, const QString& code) {
+    return !there.isEmpty() && there.compare(code, Qt::CaseInsensitive) == 0;
+}
 
 /// A mark in the words of the log.
 struct MarkWords {
@@ -52,6 +57,43 @@ const QStringList& DiscountColumns(bool customer) {
     return customer ? ofCustomers : ofSuppliers;
 }
 
+/// Whether somebody has told that a source row is that counterparty; of no import that writes the role anyhow.
+bool CounterpartyRegister::IsTold(const SourceIdentity& source, const Party& party) const {
+    return !m_again && m_usual != TakenCode::Update &&
+           IsCode(modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false),
+                  party.code);
+}
+
+/// Finds the roles that a counterparty keeps as they are, since the source row is a stranger to it; returns what
+/// becomes of it, for the log. An origin that updates who has the code writes the role all the same.
+/// @param mayBeOwn whether a role that has the code of the source row is one that an earlier run has given it for that
+QString CounterpartyRegister::KeepRoles(const SourceIdentity& source, const Party& party, bool mayBeOwn) const {
+    m_kept = {};
+    bool isLacking = false;
+    bool isWritten = false;
+    for (const bool customer : {true, false}) {
+        if (!HasRole(source.roles, customer)) {
+            continue;
+        }
+        const bool isThere = customer ? party.isCustomer : party.isSupplier;
+        const bool isOwn = mayBeOwn && !m_again && IsCode(customer ? party.customer : party.supplier, source.code);
+        const bool isKept = isThere && !isOwn && m_usual != TakenCode::Update;
+        (customer ? m_kept.customer : m_kept.supplier) = isKept;
+        isLacking = isLacking || !isThere;
+        isWritten = isWritten || (isThere && !isKept);
+    }
+    return isWritten   ? QStringLiteral("la riga che c'è resta com'è, salvo ciò che riguarda il ruolo di questa")
+           : isLacking ? QStringLiteral("la riga che c'è resta com'è, e prende il ruolo che le manca")
+                       : QStringLiteral("la riga che c'è resta com'è");
+}
+
+Roles CounterpartyRegister::RolesToWrite(const Roles& roles) const {
+    Roles written = roles;
+    written.customer = roles.customer && !m_kept.customer;
+    written.supplier = roles.supplier && !m_kept.supplier;
+    return written;
+}
+
 Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement& place) {
     if (source.marks.cancelled != true) {
         m_run.Remember(m_cancelled->inUse, place.code);
@@ -69,6 +111,8 @@ Joining CounterpartyRegister::Join(const SourceIdentity& source, const Placement
         }
     }
     m_held.reset();
+    const Roles written = RolesToWrite(source.roles);
+    joining.isStranger = (m_kept.customer || m_kept.supplier) && !written.customer && !written.supplier;
     joining.isRevived = Revives(source, *party, joining.isAgain);
     joining.ownLists = ListsThatAreThere(m_run.GetSession(), party->code, party->ownLists);
     return joining;
@@ -131,7 +175,7 @@ void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& p
     const QString& there = customer ? party.customer : party.supplier;
     const bool has = there.compare(source.code, Qt::CaseInsensitive) == 0;
     const bool isBeside = !has && m_joined.PartyOf(customer, source.code) == party.code;
-    const bool keeps = !has && KeepsCode(source, party, customer);
+    const bool keeps = HasRole(m_kept, customer) || (!has && KeepsCode(source, party, customer));
     const QString code = InRole(customer, source.code);
     const bool isAgain = (has || isBeside) && !m_joinedNow.contains(code);
     joining.isAgain = joining.isAgain || isAgain;
@@ -142,7 +186,7 @@ void CounterpartyRegister::JoinRole(const SourceIdentity& source, const Party& p
     if (keeps) {
         (customer ? joining.keeps.customer : joining.keeps.supplier) = true;
     }
-    KeepOwner(source, customer, party.code, !keeps);
+    KeepOwner(source, customer, party.code, has || !keeps);
     if (!has && !keeps && !there.isEmpty()) {
         KeepDisplaced(customer, there, party.code);
     }
@@ -180,16 +224,17 @@ bool CounterpartyRegister::HasDiscounts(const QString& party, const QStringList&
 
 void CounterpartyRegister::NoteDiscounts(const Mapping& discounts, const SourceRow& row, const Placement& place,
                                          const Joining& joining) {
-    if (!joining.keeps.customer && !joining.keeps.supplier) {
+    const Roles own = RolesToWrite(joining.keeps);
+    if (!own.customer && !own.supplier) {
         return;
     }
     TargetRow told(m_run, QStringLiteral("CON_TRO"));
     try {
-        discounts.Apply(told, m_run.GetSession(), row, {place.code, joining.keeps});
+        discounts.Apply(told, m_run.GetSession(), row, {place.code, own});
     } catch (const ImportError&) { // which is not written
         return;
     }
-    KeepDiscounts(told, joining.keeps, place, joining);
+    KeepDiscounts(told, own, place, joining);
 }
 
 /// Whether a counterparty is cancelled no longer for a row that it becomes one with: cancelled is who is so in every
