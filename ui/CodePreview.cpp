@@ -50,7 +50,7 @@ QPlainTextEdit* NewCodes(const QStringList& lines) {
     list->setObjectName("txtCodes");
     list->setAccessibleName("Codici da applicare");
     list->setLineWrapMode(QPlainTextEdit::WidgetWidth);
-    const int shown = static_cast<int>(std::min(lines.size() + 1, MostLines));
+    const int shown = static_cast<int>(std::min(2 * lines.size(), MostLines)); // each may want two
     list->setFixedHeight(list->fontMetrics().lineSpacing() * shown + 2 * list->frameWidth() +
                          static_cast<int>(2 * list->document()->documentMargin()));
     return list;
