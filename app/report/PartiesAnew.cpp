@@ -136,12 +136,14 @@ PartiesAnew::Written PartiesAnew::TakeAnew() {
     return written;
 }
 
-/// Finds what the trial has written of each by its codes in the source.
+/// Finds what the trial has written of each by its codes in the source; of several that have the same it cannot be told
+/// which is which.
 void PartiesAnew::FindAnew(const Written& written) {
     const QHash<QString, QString> carriers = Carriers();
     for (Party& party : m_hidden) {
         if (party.carriers.isEmpty()) {
-            party.anew = written.codes.value(SourceCodes(party.foundBy));
+            const QStringList found = written.codes.values(SourceCodes(party.foundBy));
+            party.anew = found.size() == 1 ? found.first() : QString();
         }
         for (const QString& carrier : std::as_const(party.carriers)) {
             const QString code = carriers.value(carrier);

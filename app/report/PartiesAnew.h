@@ -38,7 +38,7 @@ private:
     /// What the trial has written, by the code that it has given it.
     struct Written {
         QHash<QString, Values> values;
-        QHash<QString, QString> codes; ///< by the codes in the source
+        QMultiHash<QString, QString> codes; ///< by the codes in the source, which several may have
     };
 
     QHash<QString, QString> Carriers();

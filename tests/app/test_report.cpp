@@ -274,6 +274,16 @@ private slots:
                             [](const Uncompared& each) { return each.column == "CON_TRO.CORAS" && each.cells == 1; }));
     }
 
+    /// By a code that two counterparties have in the source it cannot be told which row is whose.
+    void TellsTwoOfOneCode() {
+        Migrated target("UPDATE ARCLFR SET CODCLFOR = '000005' WHERE CODCLFOR = '000004' AND FLAGCLFR = 'C'");
+        const Proof proof = target.Compared({{contract::Button::Cli}});
+        const Verdict verdict = VerdictOf(FindingsOf(proof));
+        QVERIFY2(verdict.reason.contains("2 controparti non si sono confrontate in tutte le colonne"),
+                 qPrintable(verdict.reason + Differences(proof).join('\n')));
+        QCOMPARE(verdict.light, Light::Yellow);
+    }
+
     /// Telephones are not compared one by one: what a second import would tell of them is a reserve.
     void TellsTelephonesThatAreGone() {
         Migrated target;
