@@ -120,10 +120,10 @@ void ovErrors::Decide(Error& error, int attempt, bool mayBeDone) {
     throw;
 }
 
-ovErrors::Row::Row(ovErrors& errors, const QString& key)
+ovErrors::Row::Row(ovErrors& errors, QString key)
     : m_errors(errors),
       m_outer(std::exchange(errors.m_row, this)),
-      m_key(key) {}
+      m_key(std::move(key)) {}
 
 ovErrors::Row::Row(ovErrors& errors, std::function<QString()> key)
     : m_errors(errors),

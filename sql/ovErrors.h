@@ -88,7 +88,7 @@ public:
     /// Marks a source row as under way for its lifetime; a row within a row gives way to the outer one again.
     class Row {
     public:
-        Row(ovErrors& errors, const QString& key);
+        Row(ovErrors& errors, QString key);
         /// A part of the row under way, whose key stands behind that one's. Few are ever asked for it.
         Row(ovErrors& errors, std::function<QString()> key);
         ~Row();
