@@ -2,6 +2,7 @@
 
 #include "sql/mod_ovTools.h"
 #include "sql/ValueWriter.h"
+#include "sql/variantText.h"
 
 namespace {
 
@@ -100,12 +101,9 @@ SqlText& SqlText::Add(const QVariant& value, DataType type) {
 }
 
 bool SqlText::Fill(const QVariant& value, DataType type) {
-    if (IsTextType(type) && value.typeId() == QMetaType::QString && !value.isNull()) { // as most are
-        const auto& text = *static_cast<const QString*>(value.constData());
-        if (text != u"Null") {
-            FillText(text);
-            return true;
-        }
+    if (IsTextType(type) && value.typeId() == QMetaType::QString && !value.isNull() && !IsNullText(value)) {
+        FillText(*static_cast<const QString*>(value.constData())); // as most are
+        return true;
     }
     Values values(*this, true);
     mod_ovTools::WriteSqlValue(values, value, type, m_provider);

@@ -12,8 +12,6 @@ namespace mod_ovTools {
 
 namespace {
 
-constexpr QStringView nullLiteral = u"Null";
-
 // --- text
 
 void AppendQuoted(QString& statement, QStringView text) {
@@ -286,10 +284,7 @@ void WriteGuid(ValueWriter& out, QStringView text, Provider provider) {
     out.Words(u")");
 }
 
-bool IsNull(const QVariant& value) {
-    return value.isNull() ||
-           (value.typeId() == QMetaType::QString && *static_cast<const QString*>(value.constData()) == nullLiteral);
-}
+bool IsNull(const QVariant& value) { return value.isNull() || IsNullText(value); }
 
 bool IsEmptyText(const QVariant& value) {
     QString storage;
@@ -314,7 +309,7 @@ public:
     explicit LiteralWriter(QString& text)
         : m_text(text) {}
 
-    void Null() override { m_text += nullLiteral; }
+    void Null() override { m_text += NullLiteral; }
     void Text(QStringView text) override { AppendQuoted(m_text, text); }
     void Whole(qint64 number) override { m_text += QString::number(number); }
     void Number(double number) override { m_text += NumberText(number); }

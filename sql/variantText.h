@@ -13,11 +13,17 @@ inline QStringView ViewText(const QVariant& value, QString& storage) {
     return storage;
 }
 
-/// A value as it is: the rules of `mod_ovTools::FormatSqlValue` take the text "Null" for Null, but not such bytes.
+/// The literal of Null. The rules of `mod_ovTools::FormatSqlValue` take it for Null as a text, too.
+inline constexpr QStringView NullLiteral = u"Null";
+
+/// Whether a value is the text that stands for Null.
+inline bool IsNullText(const QVariant& value) {
+    return value.typeId() == QMetaType::QString && *static_cast<const QString*>(value.constData()) == NullLiteral;
+}
+
+/// A value as it is: such bytes are not taken for Null.
 inline QVariant TextAsIs(const QVariant& value) {
-    const bool isWord =
-        value.typeId() == QMetaType::QString && *static_cast<const QString*>(value.constData()) == u"Null";
-    return isWord ? QVariant(QByteArrayLiteral("Null")) : value;
+    return IsNullText(value) ? QVariant(QByteArrayLiteral("Null")) : value;
 }
 
 /// Whether a value holds a number of its own kind, not a text that may be read as one.

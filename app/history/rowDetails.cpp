@@ -60,8 +60,8 @@ QString KeyColumns(const RowName& name) {
 QStringList Conditions(Session& session, const RowName& name) {
     QStringList conditions;
     if (!name.number.isEmpty()) {
-        for (const char* column : {"_RIGA", "_RECNO"}) {
-            conditions.append(QStringLiteral(" WHERE [%1] = %2").arg(QLatin1String(column), name.number));
+        for (const QString& column : contract::RowNumberColumns()) {
+            conditions.append(QStringLiteral(" WHERE [%1] = %2").arg(column, name.number));
         }
     }
     QStringList codes;

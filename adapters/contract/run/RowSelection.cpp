@@ -2,8 +2,6 @@
 
 #include "sql/mod_ovTools.h"
 
-#include <array>
-
 namespace contract {
 
 namespace {
@@ -29,14 +27,6 @@ qsizetype KeyParts(const RowSelection::Row& row) { return row.key.count(u'\x1f')
 
 enum class Likeness { Other, ButForMended, Same };
 
-/// The columns that files number their rows by.
-constexpr std::array RowNumbers{"_RIGA", "_RECNO"};
-
-bool IsRowNumber(const QString& column) {
-    return std::any_of(RowNumbers.begin(), RowNumbers.end(),
-                       [&column](const char* number) { return column == QLatin1String(number); });
-}
-
 /// How much a source row is still what a wanted row was. Its place in its file is none of its values.
 Likeness LikenessOf(const RowSelection::Row& wanted, const RowSelection::Row& met) {
     if (wanted.columns.isEmpty()) {
@@ -45,7 +35,7 @@ Likeness LikenessOf(const RowSelection::Row& wanted, const RowSelection::Row& me
     auto likeness = Likeness::Same;
     for (qsizetype column = 0; column < wanted.columns.size(); ++column) {
         const QString& name = wanted.columns.at(column);
-        if (!IsRowNumber(name) &&
+        if (!RowNumberColumns().contains(name) &&
             ReadableText(wanted.values.at(column)) != ReadableText(met.values.value(met.columns.indexOf(name)))) {
             if (!wanted.mended.contains(name)) {
                 return Likeness::Other;
@@ -63,9 +53,9 @@ QString KeyOf(const SourceRow& row, const QString& keyColumn) {
 }
 
 qint64 NumberOf(const SourceRow& row) {
-    for (const char* number : RowNumbers) {
-        if (row.HasColumn(QLatin1String(number))) {
-            return row.Value(QLatin1String(number)).toLongLong();
+    for (const QString& number : RowNumberColumns()) {
+        if (row.HasColumn(number)) {
+            return row.Value(number).toLongLong();
         }
     }
     return 0;

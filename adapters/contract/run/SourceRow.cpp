@@ -1,5 +1,6 @@
 #include "adapters/contract/run/SourceRow.h"
 
+#include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
 
@@ -28,14 +29,19 @@ QString NamingText(const SourceRow& row, QAnyStringView column) {
 
 } // namespace
 
+const QStringList& RowNumberColumns() {
+    static const QStringList columns{sources::RecordNumberColumn, sources::RowNumberColumn};
+    return columns;
+}
+
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn) {
     constexpr qsizetype usual = 96;
     QString name;
     name.reserve(usual);
     name += u"tabella '" + table + u'\'';
-    for (const char* number : {"_RECNO", "_RIGA"}) { // what files number their rows by
-        if (row.HasColumn(QLatin1String(number))) {
-            name += QStringLiteral(", riga ") + row.Text(QLatin1String(number));
+    for (const QString& number : RowNumberColumns()) {
+        if (row.HasColumn(number)) {
+            name += QStringLiteral(", riga ") + row.Text(number);
         }
     }
     for (const QStringView column : QStringView(keyColumn).tokenize(u", ")) {

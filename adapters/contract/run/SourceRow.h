@@ -29,6 +29,9 @@ private:
     const Recordset& m_rows;
 };
 
+/// The columns that files number their rows by; a source has one of them or none.
+const QStringList& RowNumberColumns();
+
 /// "tabella 'anagrafe', riga 214, codice 'C00012'", as far as the row tells: how messages name a source row.
 /// @param keyColumn its code column; several are joined, separated by ", "
 QString NameOf(const SourceRow& row, const QString& table, const QString& keyColumn);
