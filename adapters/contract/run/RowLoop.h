@@ -3,14 +3,9 @@
 #include "adapters/contract/run/CancellableReads.h"
 #include "adapters/contract/run/HeldRows.h"
 #include "adapters/contract/run/ImportRun.h"
+#include "adapters/contract/run/MendedNumbers.h"
 #include "adapters/contract/run/RowSelection.h"
 #include "adapters/contract/run/RowTransaction.h"
-
-namespace sources {
-
-class DecimalMarks;
-
-} // namespace sources
 
 namespace contract {
 
@@ -45,8 +40,6 @@ private:
     bool Select(Unit& unit);
     void NoteAwaited(Unit& unit) const;
     void Mend(HeldRows::Row& row, const RowSelection::Row& wanted, const QString& key);
-    QVariant ReadMended(qsizetype column, const RowSelection::Row::Mended& mended, const QString& key);
-    void LookAtMarks();
     void TellGivenUp(const Unit& unit, size_t row, const QString& reason);
     std::unique_ptr<CancellableReads> Cancellable() const;
     Recordset Open() const;
@@ -76,8 +69,7 @@ private:
     const std::function<void()>& m_groupEnd;
     RowTransaction m_transaction;
     std::optional<HeldRows> m_held;
-    std::shared_ptr<const sources::DecimalMarks>
-        m_marks;              ///< of the numbers in the columns; null until they are asked for
+    MendedNumbers m_mendedNumbers{[this] { return Open(); }, [this](const QString& line) { m_run.Log(line); }};
     Unit m_unit;              ///< being read
     QString m_key;            ///< of the row under way
     bool m_isWorking = false; ///< something of it may be written

@@ -1,7 +1,5 @@
 #include "adapters/contract/run/RowLoop.h"
-#include "sources/DecimalMarks.h"
 #include "sql/mod_ovTools.h"
-#include "sql/variantText.h"
 
 #include <limits>
 
@@ -109,7 +107,7 @@ void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted, const QS
         const QString now =
             value.metaType() == QMetaType::fromType<ImportError>() ? QString() : mod_ovTools::ToText(value);
         if (now == mod_ovTools::ToText(mended.was)) {
-            value = mended.text.isEmpty() ? mended.now : ReadMended(column, mended, key);
+            value = mended.text.isEmpty() ? mended.now : m_mendedNumbers.Read(name, mended, key);
         } else if (now != mod_ovTools::ToText(mended.now)) {
             value = QVariant::fromValue(
                 ImportError(QStringLiteral("colonna '%1': la fonte ha ora '%2', quando è stata scartata aveva '%3': la "
@@ -117,46 +115,6 @@ void RowLoop::Mend(HeldRows::Row& row, const RowSelection::Row& wanted, const QS
                                 .arg(name, now, mod_ovTools::ToText(mended.was), mod_ovTools::ToText(mended.now))));
         }
     }
-}
-
-/// A number whose marks may divide thousands, as it would be read in the source; where nothing tells that, the log
-/// does.
-QVariant RowLoop::ReadMended(qsizetype column, const RowSelection::Row::Mended& mended, const QString& key) {
-    LookAtMarks();
-    ConnectionSettings settings;
-    settings.note = [this](const QString& note) { m_run.Log(note); };
-    sources::Oddities oddities(settings, key);
-    const QString text = QString::fromUtf8(
-        m_marks->Read(static_cast<int>(column), m_held->Columns().at(column), mended.text.toUtf8(), oddities));
-    oddities.Tell();
-    if (mended.now.typeId() == QMetaType::QString) {
-        return text;
-    }
-    const auto number = mod_ovTools::ReadNumber(QString(text).replace(u',', u'.'));
-    return number ? QVariant(*number) : mended.now;
-}
-
-/// Reads the rows of the source once more, for how the numbers are written in its columns.
-void RowLoop::LookAtMarks() {
-    if (m_marks != nullptr) {
-        return;
-    }
-    const auto marks = std::make_shared<sources::DecimalMarks>(
-        0, sources::DecimalMarks::Remedies{
-               QStringLiteral("scriverlo senza, nel file degli scarti o nella sorgente"),
-               QStringLiteral("se non è un numero, correggerlo nella sorgente e importare di nuovo gli scarti")});
-    for (Recordset rows = Open(); !rows.Eof(); rows.MoveNext()) {
-        const HeldRows::Row row = m_held->Take(rows);
-        for (int column = 0; column < row.size(); ++column) {
-            const QVariant& value = row.at(column);
-            if (value.typeId() == QMetaType::QString) {
-                marks->Look(column, value.toString().toUtf8());
-            } else if (HoldsNumber(value)) {
-                marks->LookAtNumber(column);
-            }
-        }
-    }
-    m_marks = marks;
 }
 
 /// Tells the observer of the run what the source has in a row that is given up.
