@@ -65,6 +65,10 @@ QStringList ResultLines(const RunResult& result, int most) {
     if (result.givenUpBefore > 0) {
         lines.append("Righe abbandonate prima dell'interruzione: " + italian::NumberText(result.givenUpBefore));
     }
+    if (result.notFound > 0) {
+        lines.append("Righe del file non importate, perché la fonte non le ha più con i valori che avevano: " +
+                     italian::NumberText(result.notFound));
+    }
     if (result.failedLookUps > 0) {
         lines.append("Ricerche non riuscite: " + italian::NumberText(result.failedLookUps));
     }

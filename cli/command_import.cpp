@@ -175,20 +175,6 @@ QString UnknownCode(const ImportRequest& request, const RunResult& total) {
                      .arg(request.singleCode);
 }
 
-/// What there is to say of rows of --mended that the source does not have any more, or not with the values that they
-/// had; empty when it has them all.
-QString NotApplied(const Context& context, const std::vector<ImportRequest>& requests, const RunResult& total) {
-    qint64 rows = 0;
-    for (const ImportRequest& request : requests) {
-        rows += request.only == nullptr ? 0 : request.only->CountNotMet();
-    }
-    return rows == 0 || !context.options.isSet("mended") || total.outcome != RunResult::Outcome::Done
-               ? QString()
-               : QStringLiteral("Righe del file non importate, perché la fonte non le ha più con i valori che "
-                                "avevano: %1")
-                     .arg(italian::NumberText(rows));
-}
-
 QStringList Lines(const Context& context, const ImportRequest& request) {
     const Session& session = context.session;
     QStringList lines = request.only != nullptr ? request.only->Remarks() : QStringList();
@@ -220,13 +206,11 @@ Report ReportOf(const Context& context, const std::vector<ImportRequest>& reques
     const ImportRequest& request = requests.front();
     Report report{ExitCodeOf(EndingOf(total)), {}, ResultJson(total)};
     QStringList lines = Lines(context, request);
-    for (const QString& lack : {UnknownCode(request, total), NotApplied(context, requests, total)}) {
-        if (!lack.isEmpty()) {
-            lines.append(lack);
-            report.exitCode = ExitIncomplete;
-            report.json["outcome"] = EndingName(Ending::Incomplete);
-            report.json["errors"] = QJsonArray::fromStringList(total.errors + QStringList(lack));
-        }
+    if (const QString lack = UnknownCode(request, total); !lack.isEmpty()) {
+        lines.append(lack);
+        report.exitCode = ExitIncomplete;
+        report.json["outcome"] = EndingName(Ending::Incomplete);
+        report.json["errors"] = QJsonArray::fromStringList(total.errors + QStringList(lack));
     }
     const bool isDone = !request.dryRun;
     const qint64 earlier = context.options.value("rejects-of").toLongLong();

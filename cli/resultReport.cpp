@@ -123,6 +123,7 @@ QJsonObject ResultJson(const RunResult& result) {
             {"skippedBy", SkippedByJson(result)},
             {"givenUp", result.givenUpCount},
             {"givenUpBefore", result.givenUpBefore},
+            {"notFound", result.notFound},
             {"failedLookUps", result.failedLookUps},
             {"notReached", result.notReached},
             {"givenUpRows", GivenUpJson(result)},

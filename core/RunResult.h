@@ -69,7 +69,8 @@ struct RunResult {
     qint64 notReached = 0;           ///< source rows behind a cancel or an error
     qint64 givenUpCount = 0;
     qint64 givenUpBefore =
-        0; ///< rows that the runs which this one goes on with have given up, and are not imported yet
+        0;               ///< rows that the runs which this one goes on with have given up, and are not imported yet
+    qint64 notFound = 0; ///< rows of a file of mended rejects that the source has no more with those values
     qint64 failedLookUps = 0; ///< look-ups that failed; their rows went on as without a translation
     QVector<GivenUp> givenUp; ///< the first 1000 of them
     QMap<QString, TableCount> tables;
@@ -97,6 +98,7 @@ struct RunResult {
         {"notReached", &RunResult::notReached},
         {"givenUp", &RunResult::givenUpCount},
         {"givenUpBefore", &RunResult::givenUpBefore},
+        {"notFound", &RunResult::notFound},
         {"failedLookUps", &RunResult::failedLookUps},
         {"untranslated", &RunResult::untranslatedCount},
     };

@@ -11,8 +11,8 @@ Ending EndingOf(const RunResult& result) {
     case RunResult::Outcome::Done:
         break;
     }
-    return result.givenUpCount > 0 || result.givenUpBefore > 0 || result.failedLookUps > 0 ? Ending::Incomplete
-                                                                                           : Ending::Complete;
+    const bool isWhole = result.givenUpCount + result.givenUpBefore + result.notFound + result.failedLookUps == 0;
+    return isWhole ? Ending::Complete : Ending::Incomplete;
 }
 
 QString EndingText(Ending ending) {
@@ -48,6 +48,7 @@ QString LossesText(const RunResult& result) {
     };
     tell(QStringLiteral("Righe abbandonate: "), result.givenUpCount);
     tell(QStringLiteral("Righe abbandonate prima dell'interruzione: "), result.givenUpBefore);
+    tell(QStringLiteral("Righe del file degli scarti che la fonte non ha più: "), result.notFound);
     tell(QStringLiteral("Ricerche non riuscite: "), result.failedLookUps);
     return losses.join(QStringLiteral(", "));
 }

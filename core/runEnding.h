@@ -7,7 +7,7 @@
 /// How a run ended, the better before the worse: `std::max` of several is how they ended together.
 enum class Ending {
     Complete,
-    Incomplete,  ///< done, but rows were given up or look-ups failed
+    Incomplete,  ///< done, but rows were given up or not found, or look-ups failed
     Interrupted, ///< by the operator
     Failed,
 };

@@ -101,6 +101,7 @@ private:
             return;
         }
         contract::RowSelection::Row wanted = Wanted(*reject);
+        wanted.isOfFile = true;
         for (qsizetype column = OwnColumns().size(); column < columns.size(); ++column) {
             const qsizetype place = reject->row.columns.indexOf(columns.at(column));
             if (place < 0) {

@@ -223,6 +223,11 @@ private slots:
         QVERIFY(result.givenUp.front().reason.contains("la fonte ha ora 'tre', quando è stata scartata aveva 'due'"));
         QCOMPARE(result.notes.kinds.front().name, "RIGA CHE LA FONTE NON HA PIÙ");
         QVERIFY(result.notes.kinds.front().first.startsWith("tabella 'ART', CODICE 'D', o non più con i valori"));
+        QCOMPARE(result.notFound, 1);
+        kept.Source("DELETE FROM ART WHERE CODICE = 'B'");
+        kept.Run(MendedRejects(history, 1, {own}, {}));
+        QCOMPARE(kept.Account(), "0 = 0 + 0 + 0 + 0");
+        QCOMPARE(history.Load(3).ending, Ending::Incomplete); // as the command's exit code tells
     }
 
     /// An interrupted run goes on behind the last row that stands; where the source is another, from the beginning.

@@ -178,6 +178,7 @@ void ImportRun::TellNotMet() {
     }
     try {
         for (const RowSelection::Row& row : m_session.Selection->NotMet()) {
+            m_account.Result.notFound += row.isOfFile ? 1 : 0;
             if (m_session.Selection->IsToldOtherwise(row)) {
                 Log(QStringLiteral("RIGA CHE NON SI RITROVA: ") + row.name +
                     QStringLiteral(": la sorgente si legge ora in un altro modo, per testate o per righe, e non si può "

@@ -158,14 +158,6 @@ qint64 RowSelection::Count() const {
     return count;
 }
 
-qint64 RowSelection::CountNotMet() const {
-    qint64 count = 0;
-    for (const std::vector<Wanted>& rows : m_rows) {
-        count += std::count_if(rows.begin(), rows.end(), [](const Wanted& wanted) { return !wanted.isMet; });
-    }
-    return count;
-}
-
 std::vector<RowSelection::Row> RowSelection::NotMet() const {
     std::vector<Row> rows;
     for (const Wanted& wanted : m_rows.value(m_procedure)) {

@@ -33,7 +33,8 @@ public:
         QMap<QString, Mended> mended = {};
         QStringList columns = {}; ///< of the source, with what they had when the row was given up; empty: not known
         QVector<QVariant> values = {};
-        qint64 reject = 0; ///< its number among the rows given up that are kept; 0: it is none of them
+        bool isOfFile = false; ///< of mended rows, which the source is expected to have
+        qint64 reject = 0;     ///< its number among the rows given up that are kept; 0: it is none of them
 
         /// What has been mended, by which two mendings of a row are compared.
         QString MendedText() const;
@@ -80,8 +81,6 @@ public:
     }
     /// How many rows are wanted, of all procedures.
     qint64 Count() const;
-    /// How many of them have not been met.
-    qint64 CountNotMet() const;
     /// Whether the procedure under way is limited to rows; else it takes all of them.
     bool Limits() const { return m_rows.contains(m_procedure); }
     /// How far it has come before; none: it begins anew.
