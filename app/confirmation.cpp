@@ -6,6 +6,7 @@
 #include "app/procedureTitle.h"
 #include "core/italianText.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 #include <QDir>
 
@@ -52,8 +53,8 @@ qint64 Count(ovConnection& connection, const RowsToDelete& rows) {
 
 QString CompanyLine(Session& session) {
     const QString code = session.UserManager.Azienda();
-    const QString literal = mod_ovTools::FormatSqlValue(code, DataType::NVarChar, session.Quadrix.ProviderType);
-    Recordset rows = session.Quadrix.ExecuteWC("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = " + literal);
+    Recordset rows =
+        session.Quadrix.ExecuteWC("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = " + TextLiteral(session.Quadrix, code));
     const QString name = rows.Eof() ? QString() : mod_ovTools::ToText(rows.Value("AZRAS"));
     return QStringLiteral("Azienda: %1 %2").arg(code, name).trimmed();
 }

@@ -16,6 +16,7 @@
 #include "core/Trial.h"
 #include "sources/layout/LayoutFile.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 #include <QScopeGuard>
 
@@ -53,7 +54,7 @@ bool Refuse(Session& session, const QString& reason) {
 
 /// The codes of the companies of the chosen name, in their order; of one that is chosen by its code that one alone.
 QStringList FindCompany(Session& session, const Choice& choice) {
-    const QString name = mod_ovTools::FormatSqlValue(choice.company, DataType::NVarChar, session.Quadrix.ProviderType);
+    const QString name = TextLiteral(session.Quadrix, choice.company);
     Recordset rows = session.Quadrix.ExecuteWC("SELECT CDAZI FROM SYS_AZI WHERE AZRAS = " + name + " ORDER BY CDAZI");
     QStringList codes;
     for (; !rows.Eof(); rows.MoveNext()) {

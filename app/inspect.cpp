@@ -6,10 +6,10 @@
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect_suggest.h"
-#include "core/names.h"
 #include "sources/layout/LayoutFile.h"
 #include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
+#include "sql/names.h"
 
 #include <QFileInfo>
 #include <QScopeGuard>

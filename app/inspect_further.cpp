@@ -1,9 +1,9 @@
 #include "app/inspect_further.h"
 
 #include "app/inspect_draft.h"
-#include "core/names.h"
 #include "core/Schema.h"
 #include "sources/layout/LayoutFile.h"
+#include "sql/names.h"
 
 #include <QSet>
 

@@ -1,10 +1,10 @@
 #include "app/inspect_suggest.h"
 
 #include "app/inspect_fields.h"
-#include "core/names.h"
 #include "core/nearNames.h"
 #include "sources/layout/LayoutFile.h"
 #include "sources/layout/LayoutTable.h"
+#include "sql/names.h"
 
 #include <QDir>
 #include <QSet>

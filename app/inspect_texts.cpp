@@ -90,11 +90,15 @@ QString ChangeText(const Table& table) {
 
 QString ValuesText(const Table& table, const QString& own) {
     const OwnColumn* column = own.isEmpty() ? nullptr : table.Own(own);
-    QStringList values;
-    for (const QString& value : column == nullptr ? QStringList() : column->values.mid(0, ShownValues)) {
-        values.append(u'\'' + (value.size() > LongestValue ? value.left(LongestValue) + u'…' : value) + u'\'');
+    return column == nullptr ? QString() : ExamplesText(column->values.mid(0, ShownValues), LongestValue);
+}
+
+QString ExamplesText(const QStringList& values, qsizetype longest) {
+    QStringList texts;
+    for (const QString& value : values) {
+        texts.append(u'\'' + (value.size() > longest ? value.left(longest) + u'…' : value) + u'\'');
     }
-    return values.join(QStringLiteral(", "));
+    return texts.join(QStringLiteral(", "));
 }
 
 QString RowsText(qint64 rows) { return rows < 0 ? QString() : italian::NumberText(rows); }

@@ -26,6 +26,8 @@ QString OtherText(const Table& table);
 QString ChangeText(const Table& table);
 /// The first values of a column, found or proposed, in quotes.
 QString ValuesText(const Table& table, const QString& own);
+/// "'A1', 'A2'": examples of values, each cut behind so many characters.
+QString ExamplesText(const QStringList& values, qsizetype longest);
 /// "1.234"; empty for a number that is not known.
 QString RowsText(qint64 rows);
 /// One line for the whole: how many tables and columns are there, and what is missing.

@@ -18,10 +18,6 @@ namespace merge {
 
 QString TableOf(const QString& company, const QString& bareName) { return company + u'_' + bareName; }
 
-QString Quoted(const Session& session, const QString& text) {
-    return mod_ovTools::FormatSqlValue(text, DataType::NVarChar, session.Quadrix.ProviderType);
-}
-
 modMain::Company FindCompany(Session& session, const QString& code) {
     QStringList known;
     for (const modMain::Company& company : modMain::GetCompanies(session)) {

@@ -18,8 +18,6 @@ struct Companies {
 modMain::Company FindCompany(Session& session, const QString& code);
 /// Physical name of a company's table.
 QString TableOf(const QString& company, const QString& bareName);
-/// A text as a literal.
-QString Quoted(const Session& session, const QString& text);
 
 /// Finds the match of every counterparty of the source company, by its code; nothing when the operator cancelled.
 /// Raises `ImportError` for a code that is not six digits and when the destination has no more codes.

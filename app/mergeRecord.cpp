@@ -6,6 +6,7 @@
 #include "core/worker.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/textLiteral.h"
 
 namespace merge {
 
@@ -84,8 +85,9 @@ std::optional<modMain::EarlierMerge> Records::LastOf(const QString& company) con
     if (!IsThere(m_session.Quadrix)) {
         return std::nullopt;
     }
-    Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + Table + u"\rWHERE FUPAR = " +
-                                                 Quoted(m_session, company) + u"\rORDER BY RECORD_ID DESC");
+    Recordset rows =
+        m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + Table + u"\rWHERE FUPAR = " +
+                                    TextLiteral(m_session.Quadrix, company) + u"\rORDER BY RECORD_ID DESC");
     while (!rows.Eof() && HasDoneNothing(m_session, rows)) {
         rows.MoveNext();
     }

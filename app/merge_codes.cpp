@@ -2,6 +2,7 @@
 #include "app/mergeParts.h"
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 namespace merge {
 
@@ -47,7 +48,7 @@ QString OwnCodes::NoteOf(const QString& counterparty, const QString& table, cons
 std::optional<QString> OwnCodes::DescriptionOf(const QString& company, const schema::Table& table,
                                                const QString& codeColumn, const QString& code) const {
     const Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM " + TableOf(company, table.name) + u"\rWHERE " +
-                                                       codeColumn + u" = " + Quoted(m_session, code));
+                                                       codeColumn + u" = " + TextLiteral(m_session.Quadrix, code));
     if (rows.Eof()) {
         return std::nullopt;
     }

@@ -2,6 +2,7 @@
 #include "core/Schema.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 namespace merge {
@@ -80,7 +81,7 @@ Copied Copier::Copy(const modMain::MergeMatch& match) {
 
 void Copier::CopyRows(const Rows& what, Copied& copied) {
     const QString query = u"SELECT * FROM " + TableOf(m_companies.from, what.table) + u"\rWHERE " + what.condition +
-                          what.keyColumn + u" = " + Quoted(m_session, what.oldKey);
+                          what.keyColumn + u" = " + TextLiteral(m_session.Quadrix, what.oldKey);
     for (Recordset rows = m_session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
         m_session.Quadrix.Execute(InsertText(what, rows, copied));
         ++copied.rows[what.table];
@@ -92,7 +93,7 @@ void Copier::CopyRows(const Rows& what, Copied& copied) {
 }
 
 void Copier::CopyAttached(const QString& owner, const QString& oldKey, const QString& newKey, Copied& copied) {
-    const QString condition = u"TBNAM = " + Quoted(m_session, owner) + u" AND\r      ";
+    const QString condition = u"TBNAM = " + TextLiteral(m_session.Quadrix, owner) + u" AND\r      ";
     for (const QString& table : Attached) {
         CopyRows({table, "TBKEY", oldKey, newKey, condition}, copied);
     }

@@ -1,6 +1,7 @@
 #include "app/mergeParts.h"
 #include "core/identifyingNumber.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 #include <QRegularExpression>
 
@@ -128,8 +129,8 @@ private:
             }
             match.criterion = found ? criterion : MergeCriterion::New;
         };
-        attempt(MergeCriterion::VatNumber, vatNumber, u"COIVA = " + Quoted(m_session, vatNumber));
-        attempt(MergeCriterion::TaxCode, taxCode, u"COFIS = " + Quoted(m_session, taxCode));
+        attempt(MergeCriterion::VatNumber, vatNumber, u"COIVA = " + TextLiteral(m_session.Quadrix, vatNumber));
+        attempt(MergeCriterion::TaxCode, taxCode, u"COFIS = " + TextLiteral(m_session.Quadrix, taxCode));
         attempt(MergeCriterion::Name, match.oldName, NameCondition(match.oldName));
         return found;
     }
@@ -157,8 +158,10 @@ private:
     /// earlier merge.
     QString NameCondition(const QString& name) const {
         static const QRegularExpression pattern(QStringLiteral("[\\[\\\\]"));
-        const QString like = u"CORAS LIKE " + Quoted(m_session, u'%' + name + u'%');
-        return name.contains(pattern) ? QString(u'(' + like + u" OR CORAS = " + Quoted(m_session, name) + u')') : like;
+        const QString like = u"CORAS LIKE " + TextLiteral(m_session.Quadrix, u'%' + name + u'%');
+        return name.contains(pattern)
+                   ? QString(u'(' + like + u" OR CORAS = " + TextLiteral(m_session.Quadrix, name) + u')')
+                   : like;
     }
 
     /// The destination's names and its highest code; every code must be a number for the highest to be one.

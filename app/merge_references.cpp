@@ -1,5 +1,6 @@
 #include "app/mergeParts.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 #include "sql/Transaction.h"
 
 #include <QRegularExpression>
@@ -35,9 +36,9 @@ References::References(Session& session, Companies companies)
 }
 
 void References::Read() {
-    Recordset rows =
-        m_session.Quadrix.ExecuteWC(u"SELECT * FROM SYS_SYS\rWHERE TABLK = " + Quoted(m_session, "CON_TRO") +
-                                    u" AND\r      COLLK = " + Quoted(m_session, "CDCON"));
+    Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT * FROM SYS_SYS\rWHERE TABLK = " +
+                                                 TextLiteral(m_session.Quadrix, "CON_TRO") + u" AND\r      COLLK = " +
+                                                 TextLiteral(m_session.Quadrix, "CDCON"));
     const auto text = [&rows](const char* column) {
         return mod_ovTools::ToText(rows.Value(QLatin1String(column))).trimmed();
     };
@@ -134,13 +135,13 @@ QStringList References::NotesOfStrangers(const QVector<modMain::MergeMatch>& mat
 
 std::optional<QString> References::NameInDestination(const QString& code) const {
     const Recordset rows = m_session.Quadrix.ExecuteWC(u"SELECT CORAS FROM " + TableOf(m_companies.to, Master) +
-                                                       u"\rWHERE CDCON = " + Quoted(m_session, code));
+                                                       u"\rWHERE CDCON = " + TextLiteral(m_session.Quadrix, code));
     return rows.Eof() ? std::nullopt : std::optional(mod_ovTools::ToText(rows.Fields(0).Value()));
 }
 
 qint64 References::Repoint(const QString& oldCode, const QString& newCode) {
-    const QString marked = Quoted(m_session, Marked(newCode));
-    const QString which = u" = " + Quoted(m_session, oldCode);
+    const QString marked = TextLiteral(m_session.Quadrix, Marked(newCode));
+    const QString which = u" = " + TextLiteral(m_session.Quadrix, oldCode);
     qint64 changed = 0;
     for (const Reference& reference : m_references) {
         if (reference.codes.contains(oldCode)) {
@@ -182,7 +183,7 @@ QStringList References::NeverMarked(const Reference& reference) const {
     for (Recordset rows = m_session.Quadrix.ExecuteWC(query); !rows.Eof(); rows.MoveNext()) {
         const QString code = mod_ovTools::ToText(rows.Fields(0).Value());
         if (!IsMarked(code.trimmed().toUpper())) {
-            literals.append(Quoted(m_session, code));
+            literals.append(TextLiteral(m_session.Quadrix, code));
         }
     }
     return literals;

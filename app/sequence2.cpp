@@ -174,10 +174,8 @@ QString EmptyingQuestion(const SequenceRun& run) {
     QString question =
         QStringLiteral("Attenzione: prima di importare si svuotano %1 tabelle dell'azienda %2 e %3 comuni a tutte "
                        "le aziende (GEN_...), in tutto %4 righe.\nDatabase: %5\n")
-            .arg(EmptiedTables().size() - shared)
-            .arg(run.CompanyName())
-            .arg(shared)
-            .arg(italian::NumberText(rows), confirmation::DatabaseText(quadrix));
+            .arg(QString::number(EmptiedTables().size() - shared), run.CompanyName(), QString::number(shared),
+                 italian::NumberText(rows), confirmation::DatabaseText(quadrix));
     for (const QString& text : hangingRows::Texts(run.GetSession(), EmptiedTables())) {
         question += text + ".\n";
     }

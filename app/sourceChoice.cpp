@@ -3,11 +3,11 @@
 #include "adapters/sourceSettings.h"
 #include "app/connectSource.h"
 #include "app/inspect.h"
+#include "app/windowFile.h"
 #include "sql/mod_ovTools.h"
 
 #include <QDir>
 #include <QScopeGuard>
-#include <QSettings>
 
 #include <algorithm>
 
@@ -61,10 +61,7 @@ private:
     const contract::SourceKeys& m_keys;
 };
 
-/// The window keeps its place in the same file.
-QString RecentFile(const Session& session) {
-    return QFileInfo(session.Config.ConfigFile()).dir().filePath(QStringLiteral("Finestra.ini"));
-}
+QString SettingsFolder(const Session& session) { return QFileInfo(session.Config.ConfigFile()).path(); }
 
 QString RecentKey(Place place) {
     return place == Place::Folder ? QStringLiteral("Recenti/Cartelle") : QStringLiteral("Recenti/File");
@@ -168,7 +165,7 @@ QString Line(Session& session, const contract::Origin& origin) {
 }
 
 QStringList Recent(Session& session, Place place) {
-    QStringList paths = QSettings(RecentFile(session), QSettings::IniFormat).value(RecentKey(place)).toStringList();
+    QStringList paths = windowFile::Read(SettingsFolder(session), RecentKey(place)).toStringList();
     paths.removeIf([](const QString& path) { return !QFileInfo::exists(path); });
     return paths;
 }
@@ -177,7 +174,7 @@ void Remember(Session& session, Place place, const QString& path) {
     QStringList paths = Recent(session, place);
     paths.removeAll(path);
     paths.prepend(path);
-    QSettings(RecentFile(session), QSettings::IniFormat).setValue(RecentKey(place), paths.mid(0, MostRecent));
+    windowFile::Write(SettingsFolder(session), RecentKey(place), paths.mid(0, MostRecent));
 }
 
 Trial Try(Session& session, const contract::Origin& origin) {

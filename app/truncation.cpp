@@ -3,6 +3,7 @@
 #include "app/emptying.h"
 #include "app/hangingRows.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 namespace modImport {
 
@@ -14,7 +15,7 @@ const QString LanguageTable = QStringLiteral("SYS_LNG");
 /// The condition on the texts of the articles; those of other tables stay.
 QString OfArticles(const ovConnection& connection) {
     const QString owner = connection.GetFullTableName(ArticleTable);
-    return QStringLiteral("LNTBL = ") + mod_ovTools::FormatSqlValue(owner, DataType::NVarChar, connection.ProviderType);
+    return QStringLiteral("LNTBL = ") + TextLiteral(connection, owner);
 }
 
 void TruncateAll(Session& session, EmptyingResult& result) {

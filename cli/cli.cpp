@@ -260,7 +260,7 @@ int Run(const QStringList& arguments) {
     } catch (const UsageError& error) {
         return ShowError(error.Message(), ExitWrongUsage, json);
     } catch (const std::exception& error) {
-        return ShowError(QString::fromUtf8(error.what()), ExitFailed, json);
+        return ShowError(MessageOf(error), ExitFailed, json);
     }
 }
 

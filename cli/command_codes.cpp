@@ -159,9 +159,10 @@ Report Export(Worklist& worklist, const QCommandLineParser& options) {
     }
     const std::vector<Code> shown = Shown(Chosen(worklist, options), options);
     WriteFile(worklist, shown, path);
-    return {ExitDone,
-            QStringLiteral("Codici scritti in %1: %2").arg(QDir::toNativeSeparators(path)).arg(shown.size()),
-            {{"file", path}, {"codes", static_cast<qint64>(shown.size())}}};
+    return {
+        ExitDone,
+        QStringLiteral("Codici scritti in %1: %2").arg(QDir::toNativeSeparators(path), QString::number(shown.size())),
+        {{"file", path}, {"codes", static_cast<qint64>(shown.size())}}};
 }
 
 Report Import(Worklist& worklist, const QCommandLineParser& options) {

@@ -181,11 +181,10 @@ Report Forget(const Context& context, History& history, const QString& company) 
         company.isEmpty() ? QStringLiteral("di tutte le aziende") : QStringLiteral("dell'azienda %1").arg(company);
     RequireYes(context.options,
                QStringLiteral("toglie dalla cronologia le esecuzioni %1 cominciate prima del %2, che sono %3")
-                   .arg(ofWhom, text)
-                   .arg(old));
+                   .arg(ofWhom, text, QString::number(old)));
     const qint64 runs = history.Forget(day, company);
     Report report;
-    report.text = QStringLiteral("Esecuzioni %1 tolte dalla cronologia: %2").arg(ofWhom).arg(runs);
+    report.text = QStringLiteral("Esecuzioni %1 tolte dalla cronologia: %2").arg(ofWhom, QString::number(runs));
     report.json["forgotten"] = runs;
     return report;
 }

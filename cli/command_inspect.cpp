@@ -22,12 +22,8 @@ constexpr qsizetype LongestValue = 40;
 
 // --- As text
 
-QString Quoted(const QStringList& values) {
-    QStringList shown;
-    for (const QString& value : values.mid(0, ShownValues)) {
-        shown.append(u'\'' + (value.size() > LongestValue ? value.left(LongestValue) + u'…' : value) + u'\'');
-    }
-    return shown.join(QStringLiteral(", "));
+QString Examples(const inspection::OwnColumn& column) {
+    return inspection::ExamplesText(column.values.mid(0, ShownValues), LongestValue);
 }
 
 /// "forse 'CLI' (alias: ...) o 'CL2' (simile)"; empty without any.
@@ -70,7 +66,7 @@ QString FoundLine(const inspection::Table& table, const inspection::Column& colu
     const QString called = column.inSource.compare(column.name, Qt::CaseInsensitive) == 0
                                ? column.name
                                : QString(column.name + QStringLiteral(" = ") + column.inSource);
-    return QStringLiteral("    %1: %2").arg(called, Quoted(table.Own(column.inSource)->values));
+    return QStringLiteral("    %1: %2").arg(called, Examples(*table.Own(column.inSource)));
 }
 
 /// The columns of the source that nothing reads.
@@ -84,7 +80,7 @@ QStringList UnreadLines(const inspection::Table& table) {
         if (!isRead && !own.isFurther) {
             lines.append(QStringLiteral("    %1 %2, valorizzata in %3 righe su %4: %5")
                              .arg(own.name, own.type, QString::number(own.filled), QString::number(table.looked),
-                                  Quoted(own.values)));
+                                  Examples(own)));
         }
     }
     return lines;
@@ -102,8 +98,7 @@ QStringList TableLines(const inspection::Table& table) {
         }
     }
     for (const inspection::OwnColumn& own : table.own) {
-        found +=
-            own.isFurther ? QStringList(QStringLiteral("    %1: %2").arg(own.name, Quoted(own.values))) : QStringList();
+        found += own.isFurther ? QStringList(QStringLiteral("    %1: %2").arg(own.name, Examples(own))) : QStringList();
     }
     QStringList lines{HeadOf(table)};
     if (const QString change = inspection::ChangeText(table); !change.isEmpty()) {

@@ -197,8 +197,7 @@ QString CheckedCode(const QString& company) {
     if (!form.match(company).hasMatch() || code.size() > size) {
         throw ImportError(
             QStringLiteral("Azienda '%1': il codice è fatto di lettere e cifre, al più %2, e comincia con una lettera")
-                .arg(company)
-                .arg(size));
+                .arg(company, QString::number(size)));
     }
     for (const schema::Table& table : schema::Tables()) {
         const schema::Table* shared = table.shared ? nullptr : schema::FindTable(code + u'_' + table.name);

@@ -4,6 +4,7 @@
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 #include <QMap>
@@ -29,11 +30,6 @@ const QMap<QString, QString>& ExternalColumns() {
         {"TAB_UMS", "UMEXT"}, {"TAB_VAL", "VAEXT"}, {"BAN_CHE", "BAEXT"}, {"TAB_MAT", "MAEXT"},
     };
     return columns;
-}
-
-/// A code as a literal. A code that happens to be "Null" is one like any other.
-QString Quoted(const Session& session, const QString& text) {
-    return FormatSqlValue(TextAsIs(text), DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
 /// Key of a translation in the memory: one text for the three, compared without case.
@@ -100,11 +96,11 @@ std::optional<QString> Find(Session& session, const QString& table, const QStrin
     }
     SqlText query(session.Quadrix.ProviderType);
     query += u"SELECT * FROM SYS_IMP\rWHERE TBNAM = ";
-    query += SqlText::Of(Quoted(session, table));
+    query += SqlText::Of(TextLiteral(session.Quadrix, table));
     query += u" AND\r      TBFLD = ";
-    query += SqlText::Of(Quoted(session, field));
+    query += SqlText::Of(TextLiteral(session.Quadrix, field));
     query += u" AND\r      TBOLD = ";
-    query += SqlText::Of(Quoted(session, oldCode));
+    query += SqlText::Of(TextLiteral(session.Quadrix, oldCode));
     Recordset rows = session.Quadrix.ExecuteWC(query);
     if (!StepToCode(rows, "TBOLD", oldCode)) {
         return std::nullopt;
@@ -326,7 +322,8 @@ QString GetExternalCode(Session& session, const QString& tableName, const QStrin
         const QString& known = toQuadrix ? external : key;
         return FirstCodeOf(session, wanted,
                            QStringLiteral(" FROM ") + session.Quadrix.GetFullTableName(tableName) +
-                               QStringLiteral("\rWHERE ") + known + QStringLiteral(" = ") + Quoted(session, code),
+                               QStringLiteral("\rWHERE ") + known + QStringLiteral(" = ") +
+                               TextLiteral(session.Quadrix, code),
                            code, {known});
     });
 }

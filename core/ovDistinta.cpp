@@ -19,7 +19,7 @@ double Factor(const Recordset& rows, const QString& column) {
 }
 
 QString NameOf(const ovDistinta::Nodo& node) {
-    return QStringLiteral("distinta '%1', revisione %2").arg(node.article).arg(node.revision);
+    return QStringLiteral("distinta '%1', revisione %2").arg(node.article, QString::number(node.revision));
 }
 
 } // namespace
@@ -127,10 +127,8 @@ std::vector<ovDistinta::Lavorazione> ovDistinta::LoadCollectionLavo(const Nodo& 
         if (Number(rows, "DLTMP") != schema::defaults::TimeInMinutes) {
             throw ImportError(
                 QStringLiteral("%1: i tempi della fase %2 sono di tipo %3, si conoscono solo i minuti (%4)")
-                    .arg(NameOf(node))
-                    .arg(phase.sequence)
-                    .arg(Text(rows, "DLTMP"))
-                    .arg(schema::defaults::TimeInMinutes));
+                    .arg(NameOf(node), QString::number(phase.sequence), Text(rows, "DLTMP"),
+                         QString::number(schema::defaults::TimeInMinutes)));
         }
         phase.work = Text(rows, "DLLAV");
         phase.supplier = Text(rows, "DLFOR");

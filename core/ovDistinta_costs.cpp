@@ -99,7 +99,8 @@ void ovDistinta::UpdateComponent() {
                 part.price = Known(ToDouble(amounts.price));
                 part.markUp = ToDouble(amounts.markUp);
             } catch (ImportError& error) {
-                error.AddContext(QStringLiteral("distinta '%1', revisione %2").arg(node.article).arg(node.revision));
+                error.AddContext(
+                    QStringLiteral("distinta '%1', revisione %2").arg(node.article, QString::number(node.revision)));
                 throw;
             }
         }

@@ -5,6 +5,7 @@
 #include "core/ovDistinta.h"
 #include "core/qdxProduction_articles.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 #include <algorithm>
 
@@ -88,7 +89,6 @@ bool ovDistinta::IsInForce(const Nodo& node) const {
     const Recordset found = m_session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT RECORD_ID FROM %1 WHERE DBART = %2 ORDER BY CASE WHEN DBMAN = 1 THEN 0 ELSE 1 END, "
                        "RECORD_ID DESC")
-            .arg(m_session.Quadrix.GetFullTableName("DIS_BAS"),
-                 FormatSqlValue(node.article, DataType::NVarChar, m_session.Quadrix.ProviderType)));
+            .arg(m_session.Quadrix.GetFullTableName("DIS_BAS"), TextLiteral(m_session.Quadrix, node.article)));
     return found.Value("RECORD_ID").toLongLong() == node.id;
 }

@@ -2,6 +2,7 @@
 
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 namespace qdxProduction {
@@ -12,8 +13,7 @@ const QString Articles = QStringLiteral("ART_ICO");
 const QString CodeColumn = QStringLiteral("CDART");
 
 QString OfCode(const Session& session, const QString& code) {
-    return QStringLiteral("WHERE CDART = ") +
-           mod_ovTools::FormatSqlValue(TextAsIs(code), DataType::NVarChar, session.Quadrix.ProviderType);
+    return QStringLiteral("WHERE CDART = ") + TextLiteral(session.Quadrix, code);
 }
 
 } // namespace
@@ -22,8 +22,8 @@ bool qdxInsertUpdateArticolo(Session& session, const QString& code, Record& arti
                              const std::function<void()>& fill) {
     const QDate today = session.UserManager.DataElaborazione;
     if (HasOwnCode(session.Quadrix, Articles, CodeColumn, code)) {
-        fill();
         article.Set(QStringLiteral("DTMDF"), today);
+        fill();
         article.Update(OfCode(session, code));
         return false;
     }

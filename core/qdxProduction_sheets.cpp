@@ -2,6 +2,7 @@
 
 #include "core/amounts.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 #include <numbers>
 
@@ -57,12 +58,10 @@ QString qdxGetCodiceLamieraEsterno(Session& session, const QString& material, do
     if (material.isEmpty()) {
         return {};
     }
-    const Provider provider = session.Quadrix.ProviderType;
     const Recordset found = session.Quadrix.ExecuteWC(
         QStringLiteral("SELECT CDART FROM %1\rWHERE ARLAM = 1 AND ARMAT = %2 AND ARDMZ = %3\rORDER BY CDART")
-            .arg(session.Quadrix.GetFullTableName("ART_ICO"),
-                 mod_ovTools::FormatSqlValue(material, DataType::NVarChar, provider),
-                 mod_ovTools::FormatSqlValue(thickness, DataType::Double, provider)));
+            .arg(session.Quadrix.GetFullTableName("ART_ICO"), TextLiteral(session.Quadrix, material),
+                 mod_ovTools::FormatSqlValue(thickness, DataType::Double, session.Quadrix.ProviderType)));
     return found.Eof() ? QString() : mod_ovTools::ToText(found.Value("CDART")).trimmed();
 }
 

@@ -10,8 +10,8 @@ void RequireWhole(Session& session, const QString& section, const QString& key) 
     if (session.Config.IsCut(section, key)) {
         throw ImportError(QStringLiteral("chiave %1, sezione [%2] di '%3': ne sono letti solo i primi %4 caratteri; "
                                          "accorciarla")
-                              .arg(key, section, QDir::toNativeSeparators(session.Config.ConfigFile()))
-                              .arg(ovConfig::LongestValue));
+                              .arg(key, section, QDir::toNativeSeparators(session.Config.ConfigFile()),
+                                   QString::number(ovConfig::LongestValue)));
     }
 }
 

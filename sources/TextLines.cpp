@@ -70,8 +70,7 @@ bool TextLines::Next(QByteArray& line) {
             throw ImportError(
                 QStringLiteral("file '%1': una riga è lunga più di %2 byte, non è un file di testo con una "
                                "riga per ogni record")
-                    .arg(m_path)
-                    .arg(LongestLine));
+                    .arg(m_path, QString::number(LongestLine)));
         }
     }
     const qsizetype next = end < 0 ? m_chunk.size() : end + 1;

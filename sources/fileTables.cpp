@@ -1,9 +1,9 @@
 #include "sources/fileTables.h"
 
 #include "sources/layout/queryParts.h"
-#include "sources/sameName.h"
 #include "sources/unreadable.h"
 #include "sql/errors.h"
+#include "sql/names.h"
 
 #include <QRegularExpression>
 #include <QSet>
@@ -81,12 +81,13 @@ bool IsShownAsItIs(const QString& statement, const std::deque<QueryPart>& parts,
 
 /// Whether a mention is one of a column of that table, as far as its qualifier tells.
 bool IsOf(const std::deque<QueryPart>& parts, const Mention& mention, const PrivateDatabase::Unreadable& column) {
-    if (!IsSameName(mention.column, column.column)) {
+    if (!names::AreSame(mention.column, column.column)) {
         return false;
     }
     const auto isAnother = [&](const TableUse& table) {
         const QString& called = table.alias.isEmpty() ? table.name : table.alias;
-        return table.derived < 0 && IsSameName(called, mention.qualifier) && !IsSameName(table.name, column.table);
+        return table.derived < 0 && names::AreSame(called, mention.qualifier) &&
+               !names::AreSame(table.name, column.table);
     };
     return std::ranges::none_of(parts,
                                 [&](const QueryPart& part) { return std::ranges::any_of(part.tables, isAnother); });
@@ -161,7 +162,7 @@ public:
     qint64 LastInsertId() override { return m_database.Reader().LastInsertId(); }
     QStringList Tables() override { return m_names; }
     QVector<ColumnInfo> Columns(const QString& table) override {
-        LoadIf([&](const FileTable& pending) { return IsSameName(pending.name, table); });
+        LoadIf([&](const FileTable& pending) { return names::AreSame(pending.name, table); });
         return m_database.Reader().Columns(table);
     }
     void SetTriggersEnabled(const QString&, bool) override {} // tables of a file have none
@@ -177,7 +178,7 @@ private:
         }
         for (const QString& name : wanted) {
             const bool isThere = std::any_of(m_pending.cbegin(), m_pending.cend(),
-                                             [&](const FileTable& table) { return IsSameName(table.name, name); });
+                                             [&](const FileTable& table) { return names::AreSame(table.name, name); });
             m_missing += isThere ? QStringList() : QStringList(name);
         }
         if (m_missing.size() == wanted.size()) {

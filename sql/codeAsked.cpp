@@ -1,6 +1,7 @@
 #include "sql/codeAsked.h"
 
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 #include <algorithm>
@@ -51,8 +52,7 @@ bool HasOwnCode(ovDatabase& database, const QString& table, const QString& colum
     }
     const Recordset rows =
         database.ExecuteWC(QStringLiteral("SELECT %1 FROM ").arg(column) + database.GetFullTableName(table) +
-                           QStringLiteral(" WHERE %1 = ").arg(column) +
-                           mod_ovTools::FormatSqlValue(TextAsIs(code), DataType::NVarChar, database.GetProviderType()));
+                           QStringLiteral(" WHERE %1 = ").arg(column) + TextLiteral(database, code));
     if (!rows.Eof()) {
         CheckCodeAsked(rows.Fields(0).Value(), code);
     }

@@ -2,6 +2,7 @@
 #include "sql/ovConnection.h"
 #include "sql/text/dialect.h"
 #include "sql/text/writtenParts.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 // How a connection goes ahead of a database that is far away: a round to a server takes as long as the server's work on
@@ -129,7 +130,7 @@ void ovConnection::MakeSure(const AbsentValues::Assumption& assumption) {
         QString query = QStringLiteral("SELECT %1 FROM %2 WHERE %1 IN (").arg(assumption.column, assumption.table);
         QStringView lead;
         for (const QString& value : assumption.absent.mid(from, MostAsked)) {
-            query += lead + mod_ovTools::FormatSqlValue(TextAsIs(value), DataType::NVarChar, ProviderType);
+            query += lead + TextLiteral(*this, value);
             lead = u", ";
         }
         for (Recordset rows = Ask(query + u')'); !rows.Eof(); rows.MoveNext()) {

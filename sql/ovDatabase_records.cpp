@@ -2,6 +2,7 @@
 #include "sql/mod_ovTools.h"
 #include "sql/ovDatabase.h"
 #include "sql/ovQueryConstructor.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 #include <QFile>
@@ -23,9 +24,7 @@ std::optional<QString> FirstText(const Recordset& rows) {
 
 bool ovDatabase::SetLanguageTextValue(const QString& fullTableName, const QString& column, const QString& key,
                                       const QString& text, const QString& language, const TextWriter& write) {
-    const auto quoted = [this](const QString& value) {
-        return FormatSqlValue(TextAsIs(value), DataType::NVarChar, GetProviderType());
-    };
+    const auto quoted = [this](const QString& value) { return TextLiteral(*this, value); };
     const QString where = QStringLiteral("WHERE LNTBL = ") + quoted(fullTableName) + QStringLiteral(" AND LNFLD = ") +
                           quoted(column) + QStringLiteral(" AND LNKEY = ") + quoted(key) +
                           QStringLiteral(" AND LNLNG = ") + quoted(language);

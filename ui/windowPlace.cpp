@@ -1,10 +1,8 @@
 #include "ui/windowPlace.h"
 
-#include "sql/ownFile.h"
+#include "app/windowFile.h"
 
-#include <QDir>
 #include <QScreen>
-#include <QSettings>
 #include <QWidget>
 
 namespace windowPlace {
@@ -13,21 +11,16 @@ namespace {
 
 constexpr QSize Frame(16, 48); ///< what a desktop puts around a window, at the most
 
-QString FileIn(const QString& folder) { return QDir(folder).filePath(QStringLiteral("Finestra.ini")); }
-
 } // namespace
 
 void Restore(QWidget& window, const QString& folder, const QString& key) {
-    const QSettings kept(FileIn(folder), QSettings::IniFormat);
-    if (!window.restoreGeometry(kept.value(key).toByteArray())) {
+    if (!window.restoreGeometry(windowFile::Read(folder, key).toByteArray())) {
         window.resize(Fitted(window.size(), window.screen()->availableSize()));
     }
 }
 
 void Keep(const QWidget& window, const QString& folder, const QString& key) {
-    if (const QString file = FileIn(folder); ownFile::LinkObstacle(file).isEmpty()) {
-        QSettings(file, QSettings::IniFormat).setValue(key, window.saveGeometry());
-    }
+    windowFile::Write(folder, key, window.saveGeometry());
 }
 
 void SizeTo(QWidget& window, int characters, int lines) {

@@ -2,8 +2,8 @@
 
 #include "adapters/contract/map/codesOfRule.h"
 #include "adapters/registry.h"
-#include "core/names.h"
 #include "core/Schema.h"
+#include "sql/names.h"
 
 #include <algorithm>
 #include <optional>

@@ -36,8 +36,7 @@ QString NearOnes(const TargetCodes& targets, const QString& code) {
 void CheckSize(const QString& code, int size, const QString& what) {
     if (code.size() > size) {
         throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3 ne tiene %4")
-                              .arg(code, QString::number(code.size()), what)
-                              .arg(size));
+                              .arg(code, QString::number(code.size()), what, QString::number(size)));
     }
 }
 

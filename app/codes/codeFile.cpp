@@ -103,7 +103,8 @@ public:
         }
         const QString key = KeyOf(change.table, change.field) + QChar(0) + change.oldCode;
         if (const auto first = m_seen.constFind(key); first != m_seen.constEnd()) {
-            Refuse(row, OldColumn, QStringLiteral("'%1' sta già alla riga %2").arg(change.oldCode).arg(*first));
+            Refuse(row, OldColumn,
+                   QStringLiteral("'%1' sta già alla riga %2").arg(change.oldCode, QString::number(*first)));
             return;
         }
         m_seen.insert(key, row.number);

@@ -74,43 +74,23 @@ void LaterRuns::LoadInserted() {
 }
 
 void LaterRuns::LoadEmptied() {
-    struct Part {
-        QString table;
-        qint64 run;
-        RowNumbers rows;
-    };
-    std::vector<Part> parts;
-    const auto take = [](QHash<QString, qint64>& runs, const QString& table, qint64 run) {
-        qint64& first = runs[table];
-        first = first == 0 ? run : std::min(first, run);
-    };
-    {
-        Recordset rows = m_history.File().ExecuteWC(Statement(
-            QString(
-                "SELECT T.target_table, P.run, T.emptied_rows, R.company FROM touched_tables T JOIN procedures P ON "
-                "P.id = T.procedure JOIN runs R ON R.id = P.run WHERE T.emptied = 1 AND P.run > ? AND " +
-                m_here),
-            {m_run}));
-        for (; !rows.Eof(); rows.MoveNext()) {
-            const QString table = rows.Fields(0).Value().toString();
-            const qint64 run = rows.Fields(1).Value().toLongLong();
-            const QVariant numbers = rows.Fields(2).Value();
-            const bool isOwn = rows.Fields(3).Value().toString() == m_company;
-            if (isOwn || numbers.isNull() || table != TextsByLanguage) {
-                take(m_emptiedInPart, table, run);
-            }
-            if (numbers.isNull()) {
-                m_whole.insert(table);
-                take(m_emptied, table, run);
-            } else {
-                parts.push_back({table, run, RowNumbers(numbers.toString())});
-            }
+    Recordset rows = m_history.File().ExecuteWC(
+        Statement(QString("SELECT T.target_table, P.run, T.emptied_rows, R.company FROM touched_tables T JOIN "
+                          "procedures P ON P.id = T.procedure JOIN runs R ON R.id = P.run WHERE T.emptied = 1 AND "
+                          "P.run > ? AND " +
+                          m_here + " ORDER BY P.run"),
+                  {m_run}));
+    for (; !rows.Eof(); rows.MoveNext()) {
+        const QString table = rows.Fields(0).Value().toString();
+        const QVariant numbers = rows.Fields(2).Value();
+        const bool isOwn = rows.Fields(3).Value().toString() == m_company;
+        if ((isOwn || numbers.isNull() || table != TextsByLanguage) && !m_emptiedInPart.contains(table)) {
+            m_emptiedInPart.insert(table, rows.Fields(1).Value().toLongLong());
         }
-    }
-    for (const Part& part : parts) {
-        m_parts[part.table].push_back(part.rows);
-        if (HasWritten(m_history.File(), m_run, part.table, part.rows)) {
-            take(m_emptied, part.table, part.run);
+        if (numbers.isNull()) {
+            m_whole.insert(table);
+        } else {
+            m_parts[table].emplace_back(numbers.toString());
         }
     }
 }

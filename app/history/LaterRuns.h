@@ -26,8 +26,6 @@ public:
     /// Whether a later run has inserted a row under that number of a row that the run wrote: a table that was emptied
     /// may give its numbers again. @param table physical name
     bool HaveInserted(const QString& table, qint64 id) const { return m_inserted.value(table).contains(id); }
-    /// The number of the first that has emptied the table whole, or of rows that the run wrote; 0: none has.
-    qint64 EmptiedBy(const QString& table) const { return m_emptied.value(table); }
     /// The number of the first that has emptied the table whole, or of some rows, whosever they were: a row that the
     /// run had deleted would have gone with them. What another company empties of its own texts by language does not
     /// count. 0: none has.
@@ -56,7 +54,6 @@ private:
     QString m_here;                                     ///< condition on runs R: into the same database
     QHash<QString, qint64> m_highest;                   ///< number that the run has written to, by table
     QHash<QString, QSet<qint64>> m_inserted;            ///< by table
-    QHash<QString, qint64> m_emptied;                   ///< the run, by table
     QHash<QString, qint64> m_emptiedInPart;             ///< the run, by table
     QSet<QString> m_whole;                              ///< tables that were emptied whole
     QHash<QString, std::vector<RowNumbers>> m_parts;    ///< what was emptied of the others

@@ -9,6 +9,7 @@
 #include "core/worker.h"
 #include "sql/CodePage.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 #include "sql/Transaction.h"
 
 #include <QCoreApplication>
@@ -112,9 +113,8 @@ void Recorder::Begin(const RunFacts& facts) {
     AdoptLogs();
     AdoptPartial();
     const QString company = facts.company.isEmpty() ? m_session.UserManager.Azienda() : facts.company;
-    const Recordset names = m_session.Quadrix.ExecuteWC(
-        QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
-        mod_ovTools::FormatSqlValue(company, DataType::NVarChar, m_session.Quadrix.ProviderType));
+    const Recordset names = m_session.Quadrix.ExecuteWC(QStringLiteral("SELECT AZRAS FROM SYS_AZI WHERE CDAZI = ") +
+                                                        TextLiteral(m_session.Quadrix, company));
     if (!facts.isTrial) {
         Identify(m_session.Quadrix);
     }

@@ -347,7 +347,8 @@ void Repeat(Session& session, const Run& run, const QString& procedure, ImportRe
         }
     }
     if (request.choice.companyCode.isEmpty()) {
-        throw ImportError(QStringLiteral("l'azienda %1 dell'esecuzione %2 non c'è più").arg(run.company).arg(run.id));
+        throw ImportError(
+            QStringLiteral("l'azienda %1 dell'esecuzione %2 non c'è più").arg(run.company, QString::number(run.id)));
     }
     request.singleCode = run.code;
     if (ProcedureOf(*request.choice.origin, data) != nullptr) {

@@ -2,7 +2,7 @@
 
 #include "sources/layout/LayoutFile.h"
 #include "sources/layout/LayoutTable.h"
-#include "sources/sameName.h"
+#include "sql/names.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -33,8 +33,8 @@ qsizetype LayoutEdit::Find(const QString& section, const QString& key, bool amon
         const QStringView line = QStringView(m_lines[at]).trimmed();
         if (const QString begun = SectionOf(m_lines[at]); !begun.isNull()) {
             under = begun;
-        } else if (IsSameName(under, section) && line.startsWith(u';') == amongComments &&
-                   IsSameName(KeyOf(amongComments ? line.sliced(1) : line), key)) {
+        } else if (names::AreSame(under, section) && line.startsWith(u';') == amongComments &&
+                   names::AreSame(KeyOf(amongComments ? line.sliced(1) : line), key)) {
             return at;
         }
     }
@@ -82,7 +82,7 @@ void LayoutEdit::Add(const QString& section, const QString& line) {
     for (qsizetype at = 0; at < m_lines.size(); ++at) {
         const QString begun = SectionOf(m_lines[at]);
         under = begun.isNull() ? under : begun;
-        end = IsSameName(under, section) && !m_lines[at].trimmed().isEmpty() ? at + 1 : end;
+        end = names::AreSame(under, section) && !m_lines[at].trimmed().isEmpty() ? at + 1 : end;
     }
     if (end >= 0) {
         m_lines.insert(end, line);

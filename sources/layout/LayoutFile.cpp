@@ -1,7 +1,7 @@
 #include "sources/layout/LayoutFile.h"
 
-#include "sources/sameName.h"
 #include "sql/CodePage.h"
+#include "sql/names.h"
 
 #include <QDir>
 #include <QFile>
@@ -87,7 +87,7 @@ void LayoutFile::Take(QString line, int number) {
         static const QStringList sections{Tables, Columns, Filters, Added};
         const QString name = line.mid(1).chopped(line.endsWith(u']') ? 1 : 0).trimmed();
         const auto known = std::find_if(sections.begin(), sections.end(),
-                                        [&name](const QString& section) { return IsSameName(section, name); });
+                                        [&name](const QString& section) { return names::AreSame(section, name); });
         if (known == sections.end() || !line.endsWith(u']')) {
             throw Wrong(
                 {}, whole,
@@ -109,7 +109,7 @@ void LayoutFile::Take(QString line, int number) {
 void LayoutFile::Add(const Entry& entry) {
     std::vector<Entry>& entries = m_entries[m_section];
     const auto earlier = std::find_if(entries.begin(), entries.end(),
-                                      [&entry](const Entry& each) { return IsSameName(each.key, entry.key); });
+                                      [&entry](const Entry& each) { return names::AreSame(each.key, entry.key); });
     if (earlier != entries.end()) {
         throw Wrong(m_section, entry, QStringLiteral("c'è già alla riga %1").arg(earlier->line));
     }

@@ -1,7 +1,7 @@
 #include "sources/layout/QueryPlan.h"
 
-#include "sources/sameName.h"
 #include "sql/errors.h"
+#include "sql/names.h"
 
 #include <algorithm>
 #include <optional>
@@ -124,7 +124,7 @@ private:
     std::optional<Meant> MeantOfTable(const QueryPart& part, const Mention& mention) const {
         for (const QueryPart* scope = &part;; scope = &Part(scope->parent)) {
             for (const TableUse& use : scope->tables) {
-                if (IsSameName(Unquoted(QualifierOf(use)), mention.qualifier)) {
+                if (names::AreSame(Unquoted(QualifierOf(use)), mention.qualifier)) {
                     return ColumnOf(use, mention.column).value_or(Meant{&use});
                 }
             }
@@ -137,7 +137,7 @@ private:
     std::optional<Meant> MeantBare(const QueryPart& part, const Mention& mention) const {
         const bool sorts = mention.clause == Clause::Order || mention.clause == Clause::Group;
         const bool isAlias = std::any_of(part.items.begin(), part.items.end(), [&](const SelectItem& item) {
-            return IsSameName(item.alias, mention.column);
+            return names::AreSame(item.alias, mention.column);
         });
         if ((sorts && isAlias) || (mention.clause == Clause::Order && part.isUnion)) {
             return std::nullopt;
@@ -186,7 +186,7 @@ private:
     std::optional<Meant> ColumnOfInner(const TableUse& use, const QueryPart& inner, const QString& column) const {
         for (const SelectItem& item : inner.items) {
             const Mention* mention = item.mention < 0 ? nullptr : &inner.mentions[static_cast<size_t>(item.mention)];
-            if (IsSameName(item.alias.isEmpty() && mention != nullptr ? mention->column : item.alias, column)) {
+            if (names::AreSame(item.alias.isEmpty() && mention != nullptr ? mention->column : item.alias, column)) {
                 return Meant{&use};
             }
             if (mention == nullptr || !mention->column.isEmpty()) {
@@ -225,8 +225,8 @@ private:
         return std::any_of(part.items.begin(), part.items.end(), [&](const SelectItem& item) {
             const Mention& mention = part.mentions[static_cast<size_t>(item.mention)];
             const bool isOfTable =
-                mention.qualifier.isEmpty() || IsSameName(mention.qualifier, Unquoted(QualifierOf(use)));
-            return isOfTable && (mention.column.isEmpty() || IsSameName(mention.column, column));
+                mention.qualifier.isEmpty() || names::AreSame(mention.qualifier, Unquoted(QualifierOf(use)));
+            return isOfTable && (mention.column.isEmpty() || names::AreSame(mention.column, column));
         });
     }
 
@@ -254,7 +254,7 @@ private:
 
     void AddAll(const QueryPart& part, const Mention& mention, std::vector<QueryPlan::Columns>& columns) const {
         for (const TableUse& use : part.tables) {
-            if (mention.qualifier.isEmpty() || IsSameName(mention.qualifier, Unquoted(QualifierOf(use)))) {
+            if (mention.qualifier.isEmpty() || names::AreSame(mention.qualifier, Unquoted(QualifierOf(use)))) {
                 QueryPlan::Columns all{{}, TableOf(use), {}, true};
                 for (const TableUse& inner : use.derived < 0 ? std::vector<TableUse>() : Part(use.derived).tables) {
                     if (const LayoutTable* table = TableOf(inner)) {

@@ -37,8 +37,8 @@ unsigned ReadPort(const QString& server, const QString& port) {
     bool isNumber = false;
     const unsigned number = port.toUInt(&isNumber);
     if (!isNumber || number == 0 || number > Largest) {
-        throw ImportError(
-            QStringLiteral("Server '%1': '%2' non è una porta (un numero da 1 a %3)").arg(server, port).arg(Largest));
+        throw ImportError(QStringLiteral("Server '%1': '%2' non è una porta (un numero da 1 a %3)")
+                              .arg(server, port, QString::number(Largest)));
     }
     return number;
 }

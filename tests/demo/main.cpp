@@ -36,7 +36,7 @@ void WriteAll(const QString& folder) {
 int main(int argc, char** argv) {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() != 2) {
+    if (arguments.size() != 2 || arguments.last().startsWith('-')) {
         qWarning("quadrix-demo-sources FOLDER");
         return 2;
     }

@@ -9,6 +9,7 @@
 #include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 namespace contract {
@@ -43,10 +44,6 @@ const QString PartyCode = QStringLiteral("CDCON");
 /// Whether a column holds the code that a counterparty has in the source.
 bool IsSourceCode(const QString& table, const QString& column) {
     return table == PartyTable && (column == SourceCodeColumn(true) || column == SourceCodeColumn(false));
-}
-
-QString Literal(const Session& session, const QString& text) {
-    return mod_ovTools::FormatSqlValue(TextAsIs(text), DataType::NVarChar, session.Quadrix.ProviderType);
 }
 
 /// The codes of the counterparties that have a source code in that column, the oldest first.
@@ -126,10 +123,10 @@ qint64 IdWhere(Session& session, const QString& table, const QString& condition)
 
 QString Equals(const Session& session, const QString& column, const QString& text) {
     if (const auto capitals = FurtherCapitals(text)) {
-        return column + QStringLiteral(" IN (") + Literal(session, text) + QStringLiteral(", ") +
-               Literal(session, *capitals) + u')';
+        return column + QStringLiteral(" IN (") + TextLiteral(session.Quadrix, text) + QStringLiteral(", ") +
+               TextLiteral(session.Quadrix, *capitals) + u')';
     }
-    return column + QStringLiteral(" = ") + Literal(session, text);
+    return column + QStringLiteral(" = ") + TextLiteral(session.Quadrix, text);
 }
 
 bool IsImportUser(const QString& user) {

@@ -5,6 +5,7 @@
 #include "core/Schema.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 
 namespace contract::rules {
 
@@ -50,9 +51,7 @@ void Keep(Session& session, const QString& list, const QString& origin, const QS
                                   OfOrigin(session, Equals(session, "TBNAM", list), origin) + QStringLiteral(" AND ") +
                                       Equals(session, "TBOLD", code),
                                   "TBOLD", code);
-    const auto text = [&session](const QString& value) {
-        return mod_ovTools::FormatSqlValue(value, DataType::NVarChar, session.Quadrix.ProviderType);
-    };
+    const auto text = [&session](const QString& value) { return TextLiteral(session.Quadrix, value); };
     session.Quadrix.Execute(
         known == 0
             ? QStringLiteral("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES (%1, %2, %3, %4)")

@@ -2,10 +2,10 @@
 
 #include <QStringList>
 
-/// Names of tables and columns, which are one whatever their case.
+/// Names of tables, columns and settings, which are one whatever their case.
 namespace names {
 
-inline bool AreSame(const QString& left, const QString& right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
+inline bool AreSame(QStringView left, QStringView right) { return left.compare(right, Qt::CaseInsensitive) == 0; }
 
 inline bool Has(const QStringList& names, const QString& name) { return names.contains(name, Qt::CaseInsensitive); }
 
