@@ -26,6 +26,9 @@ contract::Lacks MissingFromCams(Session& session, const contract::Procedure& pro
         for (const QString& each : ofCam.optional) {
             lacks.optional.append(prefix + ": " + each);
         }
+        for (const QString& each : ofCam.narrow) {
+            lacks.narrow += lacks.narrow.contains(each) ? QStringList() : QStringList(each);
+        }
         session.Source.reset();
     }
     return lacks;
@@ -76,10 +79,11 @@ std::optional<std::vector<Finding>> Run(Session& session, const Choice& choice,
 }
 
 QStringList Lines(const Finding& finding, const QString& name) {
-    const auto& [necessary, optional, leftOut] = finding.lacks;
-    const QString verdict = !necessary.isEmpty()  ? QStringLiteral(": manca")
-                            : !optional.isEmpty() ? QStringLiteral(": si può importare")
-                                                  : QStringLiteral(": c'è tutto");
+    const contract::Lacks& lacks = finding.lacks;
+    const bool isAll = lacks.optional.isEmpty() && lacks.narrow.isEmpty();
+    const QString verdict = !lacks.necessary.isEmpty() ? QStringLiteral(": manca")
+                            : isAll                    ? QStringLiteral(": c'è tutto")
+                                                       : QStringLiteral(": si può importare");
     QStringList lines{QString(name + verdict)};
     const auto add = [&lines](const QString& heading, const QStringList& missing) {
         lines += missing.isEmpty() ? QStringList() : QStringList(heading);
@@ -87,8 +91,10 @@ QStringList Lines(const Finding& finding, const QString& name) {
             lines.append("    " + each);
         }
     };
-    add("  Mancano, necessarie:", necessary);
-    add("  Mancano, facoltative:", optional);
+    add("  Mancano, necessarie:", lacks.necessary);
+    add("  Mancano, facoltative:", lacks.optional);
+    add("  Colonne di Quadrix con meno cifre (il database arrotonda i numeri che non ci stanno, o li rifiuta):",
+        lacks.narrow);
     for (const QString& change : finding.changes) {
         lines.append("  " + change);
     }

@@ -81,6 +81,7 @@ Report Check(Context& context) {
                                  {"procedure", finding.procedure->name},
                                  {"missing", QJsonArray::fromStringList(finding.lacks.necessary)},
                                  {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)},
+                                 {"narrow", QJsonArray::fromStringList(finding.lacks.narrow)},
                                  {"changes", QJsonArray::fromStringList(finding.changes)}});
         report.exitCode = finding.lacks.necessary.isEmpty() ? report.exitCode : ExitFailed;
     }

@@ -61,6 +61,16 @@ struct ColumnInfo {
     QString type; ///< declared type in the database's own words, e.g. "NVARCHAR(35)"
 };
 
+/// What a column of a table takes, as far as its database enforces it.
+struct ColumnBounds {
+    QString name;
+    QString type;            ///< in the database's own words, e.g. "decimal(12,2)"
+    int length = 0;          ///< characters of a text at the most; 0: nothing is known of that
+    bool isRounding = false; ///< a number keeps fewer digits than a double has
+    double largest = 0;      ///< the largest whole number; 0: nothing is known of that
+    bool isDemanded = false; ///< no row goes without it: it may not be Null, and nothing but the INSERT gives a value
+};
+
 /// One kind of database under `ovConnection`: takes text that is in its own dialect, unless it adapts it.
 /// Every operation raises `SqlError` with the statement and the engine's own message and code.
 class Engine {
@@ -113,6 +123,8 @@ public:
     virtual QStringList Tables() = 0;
     /// Columns of a table, in their order; empty when the table does not exist.
     virtual QVector<ColumnInfo> Columns(const QString& table) = 0;
+    /// What the columns of a table take; empty when the table does not exist, or the database cannot tell.
+    virtual QVector<ColumnBounds> Bounds(const QString& /*table*/) { return {}; }
     /// Switches every trigger of a table off or on again, with lasting effect. Where the database has no switch for
     /// them they are taken away and made again, but not while `TriggerObstacles` names any: that raises `SqlError`.
     virtual void SetTriggersEnabled(const QString& table, bool enabled) = 0;

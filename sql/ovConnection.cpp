@@ -21,6 +21,17 @@ bool IsTruncate(const QString& statement) { return statement.startsWith(Truncate
 
 ovConnection::~ovConnection() = default;
 
+/// A driver that was named for a server that is reached without one is meant for something else.
+void ovConnection::RefuseDriver() const {
+    if (!Driver.isEmpty()) {
+        throw ImportError(
+            QStringLiteral("Impostazione Driver: MariaDB e MySQL si raggiungono con la loro libreria, non "
+                           "con un driver ODBC: togliere Driver ('%1'), o indicare un altro tipo di "
+                           "database (Provider, ProviderType)")
+                .arg(Driver));
+    }
+}
+
 std::unique_ptr<Engine> ovConnection::OpenEngine() const {
     const ConnectionSettings settings{Server,           DatabaseName,      User,          Password,  DSN,
                                       ConnectionString, NetworkCredential, Driver,        Encrypted, EncryptionCA,
@@ -34,6 +45,7 @@ std::unique_ptr<Engine> ovConnection::OpenEngine() const {
         return OpenSqlite(DatabaseName, ReadOnly);
     }
     if (ProviderType == Provider::MySql && DSN.isEmpty() && ConnectionString.isEmpty()) {
+        RefuseDriver();
         return OpenMySql(settings);
     }
     return OpenOdbc(settings, ProviderType);
@@ -166,14 +178,30 @@ qint64 ovConnection::Execute(const QString& statement) {
     });
 }
 
-/// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them.
+/// Rows of a table; -1 where the user may not count them.
+qint64 ovConnection::RowsIn(Engine& engine, const QString& table) const {
+    try {
+        const auto rows = engine.Query(TextFor(engine, QStringLiteral("SELECT COUNT(*) FROM ") + table));
+        return rows->Next() ? rows->Value(0).toLongLong() : -1;
+    } catch (const SqlError& error) {
+        if (!error.IsDenied()) {
+            throw;
+        }
+        return -1;
+    }
+}
+
+/// Some engines end the transaction at a TRUNCATE; a DELETE can be taken back on all of them. A server that is told to
+/// truncate does not tell how many rows there were: they are counted before.
 qint64 ovConnection::Truncate(Engine& engine, const QString& statement) {
     const QString table = statement.mid(TruncateTable.size()).trimmed();
     const QString revocable = QStringLiteral("DELETE FROM ") + table;
+    const bool isCounting = m_inTransaction || engine.TextDialect() == Dialect::Sqlite;
+    const qint64 there = isCounting ? 0 : RowsIn(engine, table);
     try {
         const qint64 rows = engine.Run(TextFor(engine, m_inTransaction ? revocable : statement));
         RestartNumbers(engine, table);
-        return rows;
+        return isCounting ? rows : there;
     } catch (const SqlError& error) {
         if (!error.IsDenied() || m_inTransaction) {
             throw;

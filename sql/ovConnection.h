@@ -125,6 +125,8 @@ public:
     /// come back as they are, as does every name when no company is set.
     QString GetFullTableName(const QString& table) const override;
     QVector<ColumnInfo> GetColumns(const QString& table) override;
+    /// What the columns of a table (physical name) take, as its engine tells it (`Engine::Bounds`). Raises `SqlError`.
+    QVector<ColumnBounds> GetBounds(const QString& table);
     QStringList GetTables();
     /// As told in the base; known within a transaction, of databases that tell what others change.
     bool IsAbsent(const QString& table, const QString& column, const QString& value) override;
@@ -172,6 +174,7 @@ private:
     std::unique_ptr<Cursor> QueryAhead(const SqlText& query);
     void EndTrans();
     qint64 Truncate(Engine& engine, const QString& statement);
+    qint64 RowsIn(Engine& engine, const QString& table) const;
     bool TellDoubt(SqlError& error, const QString& statement) const;
     template<class Work>
     void NoticingLoss(const Work& work);
@@ -180,6 +183,7 @@ private:
     qint64 ExecuteApart(const SqlText& statement, const ovQueryConstructor* row);
     template<class Run>
     auto Apart(const SqlText& statement, const Run& run, const ovQueryConstructor* row = nullptr);
+    void RefuseDriver() const;
     std::unique_ptr<Engine> OpenEngine() const;
 
     std::unique_ptr<Engine> m_engine;

@@ -28,6 +28,8 @@ QVector<ColumnInfo> ovConnection::GetColumns(const QString& table) {
     return Layout ? Layout->Columns(table, engine) : engine.Columns(table);
 }
 
+QVector<ColumnBounds> ovConnection::GetBounds(const QString& table) { return Opened({}).Bounds(table); }
+
 QStringList ovConnection::GetTables() {
     Engine& engine = Opened({});
     return Layout ? Layout->Tables(engine) : engine.Tables();

@@ -23,6 +23,10 @@ const QString OtherContact = QStringLiteral("RECAPITO DIVERSO");
 /// How it begins what says that rows of a sheet stand outside of its data.
 const QStringList OutOfSheet{QStringLiteral("RIGHE OLTRE LA FINE"), QStringLiteral("RIGA SOPRA I DATI")};
 
+/// How it begins what says that columns of Quadrix keep less of a number than they should: the trial, too, read back
+/// what they have kept.
+const QString FewerDigits = QStringLiteral("COLONNE DI QUADRIX CON MENO CIFRE");
+
 /// "1 riga manca", "2.000 righe mancano"; nothing for none.
 QStringList Counted(qint64 count, const char* one, const char* many) {
     return count == 0 ? QStringList()
@@ -67,6 +71,8 @@ QStringList YellowReasons(const Findings& found) {
                 "annotazioni dicono che un recapito dell'origine non è in Quadrix") +
         Counted(found.unread, "annotazione dice che il foglio ha righe che non si leggono",
                 "annotazioni dicono che il foglio ha righe che non si leggono") +
+        Counted(found.narrow, "annotazione dice che colonne di Quadrix tengono meno cifre dei numeri dell'origine",
+                "annotazioni dicono che colonne di Quadrix tengono meno cifre dei numeri dell'origine") +
         Counted(found.uncompared, "riga già importata non si è confrontata",
                 "righe già importate non si sono confrontate") +
         Counted(found.partly, "controparte non si è confrontata in tutte le colonne",
@@ -99,6 +105,7 @@ void AddStep(Findings& found, const Step& step) {
     for (const Notes::Kind& note : result.notes.kinds) {
         found.gone += note.name.endsWith(Gone) ? note.count : 0;
         found.contacts += note.name == OtherContact ? note.count : 0;
+        found.narrow += note.name == FewerDigits ? note.count : 0;
         found.unread += OutOfSheet.contains(note.name) ? note.count : 0;
         if (note.name == NoArticle) { // a row that is left out tells it too
             found.partsWanting += std::max<qint64>(note.count - result.skippedBy.value(contract::ArticleMissing), 0);
@@ -123,6 +130,7 @@ Findings& Findings::operator+=(const Findings& more) {
     partsWanting += more.partsWanting;
     contacts += more.contacts;
     unread += more.unread;
+    narrow += more.narrow;
     uncompared += more.uncompared;
     partly += more.partly;
     onlyRoles = onlyRoles || more.onlyRoles;
@@ -180,13 +188,15 @@ Verdict VerdictOf(const Findings& findings) {
 }
 
 QStringList Rules() {
-    return {QStringLiteral("Ogni riga e ogni somma di Quadrix concorda con ciò che l'origine dà oggi."),
-            QStringLiteral("Ciò che è in Quadrix concorda, ma ci sono righe dell'origine che non si possono importare, "
-                           "o restano fuori perché manca ciò che nominano, righe di un foglio che non si leggono, "
-                           "codici senza traduzione, ricerche non riuscite, righe che l'origine non ha più, righe non "
-                           "confrontate o generi senza righe da confrontare."),
-            QStringLiteral("Una riga, un valore o una somma differisce, manca o è di troppo senza che nulla lo "
-                           "spieghi, o un genere non si è potuto confrontare.")};
+    return {
+        QStringLiteral("Ogni riga e ogni somma di Quadrix concorda con ciò che l'origine dà oggi."),
+        QStringLiteral(
+            "Ciò che è in Quadrix concorda, ma ci sono righe dell'origine che non si possono importare, "
+            "o restano fuori perché manca ciò che nominano, righe di un foglio che non si leggono, "
+            "codici senza traduzione, ricerche non riuscite, righe che l'origine non ha più, "
+            "colonne di Quadrix che tengono meno cifre, righe non confrontate o generi senza righe da confrontare."),
+        QStringLiteral("Una riga, un valore o una somma differisce, manca o è di troppo senza che nulla lo "
+                       "spieghi, o un genere non si è potuto confrontare.")};
 }
 
 } // namespace proof

@@ -28,6 +28,7 @@ struct Findings {
     qint64 partsWanting = 0;  ///< notes of parts, such as components, that were left out for the same reason
     qint64 contacts = 0;      ///< notes of telephones, addresses and contacts of the source that Quadrix has not
     qint64 unread = 0;        ///< notes of rows of a sheet that stand outside of its data
+    qint64 narrow = 0;        ///< notes of columns of Quadrix that keep less of a number than they should
     qint64 uncompared = 0;    ///< rows of the source that the import leaves as they are in Quadrix
     qint64 partly = 0;        ///< counterparties of which not all columns were compared
     bool onlyRoles = false;   ///< of counterparties not all columns were compared

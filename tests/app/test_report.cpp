@@ -1,5 +1,6 @@
 #include "adapters/contract/run/Account.h"
 #include "adapters/registry.h"
+#include "app/check.h"
 #include "app/importFlow.h"
 #include "app/report/html.h"
 #include "app/report/json.h"
@@ -142,6 +143,30 @@ private slots:
         QCOMPARE(figures.totals.at(0).amounts.at(0).target.Value(),
                  target.Value("SELECT SUM(ARCOS) FROM X01_ART_ICO").toDouble());
         QVERIFY2(VerdictOf(FindingsOf(proof)).reason.contains("concord"), "no row was compared");
+    }
+
+    /// Where columns take less than they should, the trial of the proof reads back what they have kept.
+    void TellsColumnsThatTakeLess() {
+        SKIP_WITHOUT(MariaDbServer())
+        Migrated target({}, TestTarget::On::MariaDb);
+        const auto checked = [&] {
+            const auto procedures = ::ProceduresOf(Gescom(), contract::Button::Art);
+            return check::Lines(check::Run(target.Get(), Migrated::Chosen(), procedures)->front(), "art").join(' ');
+        };
+        QCOMPARE(checked(), QString("art: c'è tutto"));
+        target.Execute("DELETE X01_ART_ICO");
+        target.Execute("ALTER TABLE X01_ART_ICO MODIFY ARPRZ DECIMAL(12,2), MODIFY ARDES VARCHAR(4)");
+        QVERIFY2(checked().contains("X01_ART_ICO.ARPRZ decimal(12,2)"), qPrintable(checked()));
+        target.Import(contract::Button::Art);
+        QVERIFY(
+            QString::fromLatin1(target.Log()).contains("COLONNE DI QUADRIX CON MENO CIFRE: X01_ART_ICO.ARPRZ decimal"));
+        QVERIFY(target.Get().Results.last().givenUp.value(0).reason.contains(" caratteri, ART_ICO.ARDES ne tiene 4"));
+        const Proof proof = target.Compared({{contract::Button::Art}});
+        QVERIFY(VerdictOf(FindingsOf(proof)).reason.contains("tengono meno cifre"));
+        target.Execute("ALTER TABLE X01_ART_ICO ADD EXTRA INT NOT NULL");
+        QVERIFY(checked().startsWith("art: manca") && checked().contains("'X01_ART_ICO.EXTRA'"));
+        target.Import(contract::Button::Art);
+        QVERIFY(target.Get().Results.last().errors.value(0).contains("'X01_ART_ICO.EXTRA'"));
     }
 
     /// What is never read of the source, by the day of the settings or a condition of the layout, is told wherever

@@ -212,7 +212,7 @@ void TestLines::PortsThatAreNone() {
     QFETCH(QString, port);
     ovConnection connection;
     connection.ProviderType = provider;
-    connection.Driver = "FreeTDS";
+    connection.Driver = provider == Provider::SqlServer ? "FreeTDS" : "";
     connection.Server = server;
     const auto error = ErrorOf<ImportError>([&] { connection.OpenConnection(); });
     QVERIFY(error);

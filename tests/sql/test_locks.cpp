@@ -1,3 +1,4 @@
+#include "sql/engines/odbc/odbcBounds.h"
 #include "sql/engines/odbc/odbcLocks.h"
 #include "sql/engines/odbc/odbcRights.h"
 #include "sql/engines/odbc/rowLocks.h"
@@ -123,7 +124,8 @@ private slots:
         for (const odbc::RightQuery& each : odbc::RightQueries(odbc::Dbms::SqlServer, "X01_L'Aquila", true)) {
             statements.append(each.query);
         }
-        QCOMPARE(statements.size(), 8);
+        statements.append(odbc::BoundsQuery(odbc::Dbms::SqlServer, "X01_L'Aquila"));
+        QCOMPARE(statements.size(), 9);
         const auto check = WrittenStatements();
         for (const QString& statement : statements) {
             QVERIFY2(!statement.contains('%') && statement.count('\'') % 2 == 0, qPrintable(statement));

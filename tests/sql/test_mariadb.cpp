@@ -17,6 +17,10 @@ private slots:
     void HostileTexts();
     void ColumnsAndTables_data() { MariaDbServer::Ways(); }
     void ColumnsAndTables();
+    void BoundsOfColumns_data() { MariaDbServer::Ways(); }
+    void BoundsOfColumns();
+    void RowsOfATruncation_data() { MariaDbServer::Ways(); }
+    void RowsOfATruncation();
     void FailingStatements_data();
     void FailingStatements();
     void StatementThatTheServerDoesNotTake();
@@ -213,6 +217,38 @@ void TestMariaDb::FailingStatements_data() {
     QTest::newRow("no sense") << "SELEKT 1"
                               << "1064"
                               << "SELEKT";
+}
+
+/// What the server itself takes: by its types, and by what no row goes without.
+void TestMariaDb::BoundsOfColumns() {
+    OPEN(connection);
+    connection.Execute("CREATE OR REPLACE TABLE BOUNDS (ID INT NOT NULL AUTO_INCREMENT PRIMARY KEY, P DECIMAL(12,2), "
+                       "D DOUBLE, F FLOAT, S SMALLINT UNSIGNED, T VARCHAR(20), L LONGTEXT, NEEDED INT NOT NULL, "
+                       "GIVEN INT NOT NULL DEFAULT 0, FIRST ENUM('a', 'b') NOT NULL, MADE INT AS (S + 1) STORED)");
+    const auto texts = [&] {
+        QStringList found;
+        for (const ColumnBounds& each : connection.GetBounds("BOUNDS")) {
+            const QString text = (each.isRounding ? " rounds" : "") +
+                                 (each.length > 0 ? QString(" %1").arg(each.length) : QString()) +
+                                 (each.isDemanded ? " demanded" : "");
+            found += text.isEmpty() ? QStringList() : QStringList(each.name + text);
+        }
+        return found;
+    };
+    const QStringList bound{"ID rounds",    "P rounds",   "F rounds", "S rounds", "T 20", "NEEDED rounds demanded",
+                            "GIVEN rounds", "MADE rounds"};
+    QCOMPARE(texts(), bound);
+    QVERIFY(connection.GetBounds("NOT_THERE").isEmpty());
+    connection.Execute("CREATE TRIGGER FILLS BEFORE INSERT ON BOUNDS FOR EACH ROW SET NEW.NEEDED = 1");
+    QCOMPARE(texts().filter("demanded"), QStringList()); // the trigger gives the value
+    connection.Execute("DROP TABLE BOUNDS");
+}
+
+void TestMariaDb::RowsOfATruncation() {
+    OPEN(connection);
+    MariaDbServer::Fill(connection, 7);
+    QCOMPARE(connection.Execute("TRUNCATE TABLE NUMBERS"), 7);
+    QCOMPARE(connection.ExecuteCommand("SELECT COUNT(*) FROM NUMBERS"), 0);
 }
 
 void TestMariaDb::FailingStatements() {

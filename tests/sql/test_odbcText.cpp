@@ -1,5 +1,6 @@
 #include "sql/connectionParts.h"
 #include "sql/engines/odbc/odbcApi.h"
+#include "sql/engines/odbc/odbcBounds.h"
 #include "sql/engines/odbc/odbcDrivers.h"
 #include "sql/engines/odbc/odbcText.h"
 #include "sql/engines/odbc/odbcValue.h"
@@ -18,6 +19,10 @@ private slots:
     void ConnectionTexts_data();
     void ConnectionTexts();
     void NothingToConnectTo();
+    void DriversOfOthers_data();
+    void DriversOfOthers();
+    void BoundsOfColumns_data();
+    void BoundsOfColumns();
     void EncryptionRefused_data();
     void EncryptionRefused();
     void UsualSqlServerDrivers_data();
@@ -235,6 +240,72 @@ void TestOdbc::Places_data() {
 void TestOdbc::Places() {
     QFETCH(QString, text);
     QTEST(odbc::PlaceOf(text), "place");
+}
+
+void TestOdbc::DriversOfOthers_data() {
+    QTest::addColumn<Provider>("provider");
+    QTest::addColumn<QString>("driver");
+    QTest::newRow("MariaDB without a driver") << Provider::MySql << "ODBC Driver 18 for SQL Server";
+    QTest::newRow("MariaDB's own") << Provider::MySql << "MariaDB Unicode";
+    QTest::newRow("MariaDB's for another") << Provider::SqlServer << "MariaDB Unicode";
+    QTest::newRow("MySQL's for another") << Provider::Oracle << "MySQL ODBC 8.0 Unicode Driver";
+}
+
+/// A driver that would not be used, or not be understood, is refused by its name.
+void TestOdbc::DriversOfOthers() {
+    QFETCH(Provider, provider);
+    QFETCH(QString, driver);
+    ovConnection connection;
+    connection.ProviderType = provider;
+    connection.Driver = driver;
+    connection.Server = "127.0.0.1";
+    connection.DatabaseName = "Q";
+    const auto error = ErrorOf<ImportError>([&] { connection.OpenConnection(); });
+    QVERIFY(error);
+    QVERIFY2(error->Message().contains("Driver") && error->Message().contains(u'\'' + driver + u'\''),
+             qPrintable(error->Message()));
+}
+
+void TestOdbc::BoundsOfColumns_data() {
+    QTest::addColumn<QString>("row"); // type, characters, digits, decimals, as the catalogues tell them
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<int>("length");
+    QTest::addColumn<bool>("isRounding");
+    QTest::addColumn<double>("largest");
+    QTest::newRow("text") << "'nvarchar', 20, 0, 0"
+                          << "nvarchar(20)" << 20 << false << 0.0;
+    QTest::newRow("text of any length") << "'nvarchar', -1, 0, 0"
+                                        << "nvarchar" << 0 << false << 0.0;
+    QTest::newRow("decimals") << "'decimal', 9, 12, 2"
+                              << "decimal(12,2)" << 0 << true << 9999999999.0;
+    QTest::newRow("digits of Oracle") << "'NUMBER', 0, Null, 0"
+                                      << "NUMBER(38,0)" << 0 << true << 1e38;
+    QTest::newRow("any digits of Oracle") << "'NUMBER', 0, Null, Null"
+                                          << "NUMBER" << 0 << false << 0.0;
+    QTest::newRow("double") << "'float', 8, 53, 0"
+                            << "float(53)" << 0 << false << 0.0;
+    QTest::newRow("half of a double") << "'real', 4, 24, 0"
+                                      << "real" << 0 << true << 0.0;
+    QTest::newRow("money") << "'money', 8, 19, 4"
+                           << "money" << 0 << true << 0.0;
+    QTest::newRow("short number") << "'smallint', 2, 5, 0"
+                                  << "smallint" << 0 << true << 32767.0;
+    QTest::newRow("bit") << "'bit', 1, 1, 0"
+                         << "bit" << 0 << true << 1.0;
+    QTest::newRow("day") << "'datetime', 8, 23, 3"
+                         << "datetime" << 0 << false << 0.0;
+}
+
+void TestOdbc::BoundsOfColumns() {
+    QFETCH(QString, row);
+    const auto catalogue = OpenSqlite(":memory:");
+    const QVector<ColumnBounds> found = odbc::BoundsFrom(*catalogue->Query("SELECT 'C', " + row + ", 1"));
+    QCOMPARE(found.size(), 1);
+    QTEST(found[0].type, "type");
+    QTEST(found[0].length, "length");
+    QTEST(found[0].isRounding, "isRounding");
+    QTEST(found[0].largest, "largest");
+    QVERIFY(found[0].isDemanded);
 }
 
 void TestOdbc::Refusals_data() {

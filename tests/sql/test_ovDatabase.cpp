@@ -80,6 +80,18 @@ private slots:
         QCOMPARE(m_connection->GetTables(), (QStringList{"SYS_AZI", "TAB_IVA", "X01_CON_TRO"}));
     }
 
+    /// Types of SQLite do not bind; it asks for values that may not be Null as others do.
+    void ColumnsThatNoRowGoesWithout() {
+        m_connection->Execute("CREATE TABLE NEEDS (RECORD_ID INTEGER NOT NULL PRIMARY KEY, P DECIMAL(12,2), "
+                              "NEEDED NVARCHAR(5) NOT NULL, GIVEN INTEGER NOT NULL DEFAULT 0)");
+        QStringList demanded;
+        for (const ColumnBounds& each : m_connection->GetBounds("NEEDS")) {
+            demanded += each.isDemanded ? QStringList(each.name) : QStringList();
+            QVERIFY2(!each.isRounding && each.length == 0, qPrintable(each.name));
+        }
+        QCOMPARE(demanded, QStringList("NEEDED"));
+    }
+
     void LanguageTexts() {
         ovConnection& db = *m_connection;
         db.Execute("CREATE TABLE SYS_LNG (RECORD_ID INTEGER IDENTITY(1, 1), LNTBL NVARCHAR(30), LNFLD NVARCHAR(5), "

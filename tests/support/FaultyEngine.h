@@ -114,6 +114,7 @@ public:
     qint64 LastInsertId() override { return m_engine->LastInsertId(); }
     QStringList Tables() override { return m_engine->Tables(); }
     QVector<ColumnInfo> Columns(const QString& table) override { return m_engine->Columns(table); }
+    QVector<ColumnBounds> Bounds(const QString& table) override { return m_engine->Bounds(table); }
     void SetTriggersEnabled(const QString& table, bool enabled) override {
         Meet(QStringLiteral("trigger ") + table);
         m_engine->SetTriggersEnabled(table, enabled);

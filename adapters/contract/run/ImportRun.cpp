@@ -4,10 +4,12 @@
 #include "adapters/contract/run/RowSelection.h"
 #include "adapters/contract/run/SourceLayout.h"
 #include "adapters/contract/run/SourceMemory.h"
+#include "adapters/contract/run/targetBounds.h"
 #include "core/lineSettings.h"
 #include "core/runEnding.h"
 #include "core/Trial.h"
 #include "sql/mod_ovTools.h"
+#include "sql/textLiteral.h"
 #include "sql/variantText.h"
 
 namespace contract {
@@ -248,6 +250,10 @@ void ImportRun::Preflight(const Needs& needs) {
     if (const QString leftOut = LeaveOut(m_session, needs, lacks); !leftOut.isEmpty()) {
         Log(leftOut);
     }
+    m_lengths.insert(lacks.lengths);
+    if (const QString narrow = NarrowLine(lacks); !narrow.isEmpty()) {
+        Log(narrow);
+    }
     for (const QString& change : RememberSource(m_session, m_account.Result.module, needs)) {
         Log(change);
     }
@@ -263,13 +269,8 @@ void ImportRun::Truncate(bool reset, const QStringList& tables) {
     for (const QString& table : tables) {
         const QString name = FullName(table);
         WillEmpty(name);
-        // A server that is told to truncate does not tell how many rows there were.
-        const qint64 before = m_session.Quadrix.Embedded
-                                  ? -1
-                                  : m_session.Quadrix.ExecuteCommand(QStringLiteral("SELECT COUNT(*) FROM ") + name);
         const qint64 rows = m_session.Quadrix.Execute(QStringLiteral("TRUNCATE TABLE ") + name);
-        const qint64 deleted = std::max(before, rows);
-        TellEmptied(name, deleted, EmptiedLine(name, deleted));
+        TellEmptied(name, rows, EmptiedLine(name, rows));
     }
 }
 
@@ -425,9 +426,7 @@ void ImportRun::Log(const QString& message) { modImport::LogNote(m_session, mess
 
 void ImportRun::AppendToLog(const QString& line) { modImport::WriteImportLog(m_session, line, false); }
 
-QString ImportRun::Quoted(const QString& text) const {
-    return mod_ovTools::FormatSqlValue(TextAsIs(text), DataType::NVarChar, m_session.Quadrix.ProviderType);
-}
+QString ImportRun::Quoted(const QString& text) const { return TextLiteral(m_session.Quadrix, text); }
 
 QString ImportRun::OnlyCode(const QString& lead, const QString& column, const QString& code) const {
     return code.isEmpty() ? QString() : QString(lead + u' ' + column + u" = " + Quoted(code));

@@ -35,7 +35,8 @@ public:
     void AnnounceAppending(const QString& announcement);
     /// Checks that the source and the target hold what the run reads and writes, before anything is written.
     /// Raises `ImportError` listing everything that is missing. Columns of the source that the procedure can do without
-    /// are left out when they are missing: they read as Null, and one line in log and result tells them.
+    /// are left out when they are missing: they read as Null, and one line in log and result tells them. Another tells
+    /// columns of the target that keep less of a number than the schema says.
     void Preflight(const Needs& needs);
     /// Empties tables (bare names), in their order, when the operator asked for it. Result and log tell the rows.
     void Truncate(bool reset, const QStringList& tables);
@@ -124,6 +125,11 @@ public:
     const modImport::FieldCase& Case() const { return m_case; }
     /// For example "ImportArticoliArca2000".
     const QString& ProcedureName() const { return m_account.Result.procedure; }
+    /// Characters that a column of texts holds, by the schema or, where these are fewer, in the database; 0: any
+    /// number.
+    int LengthOf(const schema::Column& column) const {
+        return m_lengths.isEmpty() ? column.size : m_lengths.value(&column, column.size);
+    }
     bool IsSingle() const { return m_single; }
     /// Whether it takes some of the source rows alone: those of a code, those that are wanted, those that an earlier
     /// run has not reached. What it does not meet may well be in the source.
@@ -243,8 +249,9 @@ private:
     int m_loops = 0; ///< begun so far
     std::optional<bool> m_takesRowsBack;
     QHash<std::pair<const schema::Table*, QByteArray>, RowShape> m_shapes; ///< by table and fields
-    QHash<QString, bool> m_answers;                                        ///< by question
-    QHash<QString, QString> m_texts;                                       ///< by prompt
+    QHash<const schema::Column*, int> m_lengths; ///< where the database has fewer characters than the schema
+    QHash<QString, bool> m_answers;              ///< by question
+    QHash<QString, QString> m_texts;             ///< by prompt
     std::map<std::type_index, std::shared_ptr<void>> m_shared;
     double m_start; ///< seconds on the operator's clock
 };

@@ -1,6 +1,7 @@
 #include "adapters/contract/run/Needs.h"
 
 #include "adapters/contract/run/SourceLayout.h"
+#include "adapters/contract/run/targetBounds.h"
 #include "core/nearNames.h"
 #include "core/Schema.h"
 
@@ -270,10 +271,14 @@ Lacks LacksOf(Session& session, const Needs& needs) {
         Search(session.SourceConnection(), true, lacks).Look(table, session.Layout.get());
     }
     const NeededTables target = NeededTables::Written(session, needs);
+    const QSet<QString> written = WrittenTables(needs);
     for (const NeededTables::Table& table : target.Tables()) {
         Search(session.Quadrix, false, lacks).Look(table, nullptr);
+        if (written.contains(table.name)) {
+            LookAtBounds(session.Quadrix, table, lacks);
+        }
     }
-    lacks.necessary += LackingRights(session.Quadrix, target.Tables(), WrittenTables(needs));
+    lacks.necessary += LackingRights(session.Quadrix, target.Tables(), written);
     return lacks;
 }
 

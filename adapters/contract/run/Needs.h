@@ -2,7 +2,9 @@
 
 #include "adapters/contract/map/CodeUse.h"
 #include "adapters/contract/map/Mapping.h"
+#include "core/Schema.h"
 
+#include <QHash>
 #include <QSet>
 
 namespace contract {
@@ -60,6 +62,10 @@ struct Lacks {
         QString column;
     };
     QVector<Column> leftOut;
+    /// Columns of the target that keep less of a number than the schema says, as "X01_ART_ICO.ARPRZ decimal(12,2)".
+    QStringList narrow = {};
+    /// Characters that columns of texts hold in the target, where these are fewer than the schema says.
+    QHash<const schema::Column*, int> lengths = {};
 
     /// The lines for the operator: those that are necessary, then those that are not under "Mancano, facoltative:".
     QString Text() const;

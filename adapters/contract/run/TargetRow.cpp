@@ -118,14 +118,15 @@ const schema::Column& TargetRow::Find(QAnyStringView column) const {
     return *found;
 }
 
-/// A text as it is written; a column without a size holds any length.
+/// A text as it is written; a column without a length holds any.
 QString TargetRow::CheckedText(const schema::Column& column, const QVariant& value) const {
     QString text = mod_ovTools::ToText(value);
     CheckCharacters(m_table->name, column, text);
-    if (column.size > 0 && text.size() > column.size) {
+    const int length = m_run.LengthOf(column);
+    if (length > 0 && text.size() > length) {
         throw ImportError(QStringLiteral("'%1' ha %2 caratteri, %3.%4 ne tiene %5")
                               .arg(ShownValue(text), QString::number(text.size()), m_table->name, QString(column.name),
-                                   QString::number(column.size)));
+                                   QString::number(length)));
     }
     const bool isUpper = (column.words && m_run.Case().upperTexts) || (column.holdsCodes && m_run.Case().upperKeys);
     return isUpper ? mod_ovTools::UpperChars(std::move(text)) : text;

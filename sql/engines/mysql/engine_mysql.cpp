@@ -65,6 +65,7 @@ public:
     }
 
     QVector<ColumnInfo> Columns(const QString& table) override { return MySqlColumns(*this, table); }
+    QVector<ColumnBounds> Bounds(const QString& table) override { return MySqlBounds(*this, table); }
     /// A quarter of what the oldest servers take unless they are set to less.
     qsizetype LongestInsert() override { return IsMySqlReturning(*this) ? 256 * 1024 : 0; }
     bool KeepsItsView() override { return KeepsMySqlView(*this); }

@@ -6,6 +6,8 @@
 QString MySqlName(const QString& name);
 /// Columns of a table, in their order; empty when the table does not exist. Raises `SqlError`.
 QVector<ColumnInfo> MySqlColumns(Engine& engine, const QString& table);
+/// What the columns of a table take, as `Engine::Bounds`. Raises `SqlError`.
+QVector<ColumnBounds> MySqlBounds(Engine& engine, const QString& table);
 /// Name of the column of a table that the server numbers by itself; empty when there is none. Raises `SqlError`.
 QString MySqlIdentityColumn(Engine& engine, const QString& table);
 /// Whether the server is one of those of MariaDB that know INSERT .. RETURNING. Raises `SqlError`.

@@ -91,6 +91,8 @@ bool MariaDbOverOdbc::KeepsItsView() { return KeepsMySqlView(*this); }
 
 QVector<ColumnInfo> MariaDbOverOdbc::Columns(const QString& table) { return MySqlColumns(*this, table); }
 
+QVector<ColumnBounds> MariaDbOverOdbc::Bounds(const QString& table) { return MySqlBounds(*this, table); }
+
 void MariaDbOverOdbc::SetTriggersEnabled(const QString& table, bool enabled) {
     SwitchMySqlTriggers(*this, table, enabled, InTransaction());
 }

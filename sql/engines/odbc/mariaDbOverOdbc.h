@@ -21,6 +21,7 @@ public:
     qsizetype LongestInsert() override;
     bool KeepsItsView() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
+    QVector<ColumnBounds> Bounds(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
     QStringList TriggerObstacles(const QString& table) override;
     bool SeesTriggers(const QString& table) override;

@@ -3,6 +3,7 @@
 #include "sql/engines/lineText.h"
 #include "sql/engines/mysql/mySqlSignOn.h"
 #include "sql/engines/odbc/mariaDbOverOdbc.h"
+#include "sql/engines/odbc/odbcBounds.h"
 #include "sql/engines/odbc/odbcCursor.h"
 #include "sql/engines/odbc/odbcEncryption.h"
 #include "sql/engines/odbc/odbcText.h"
@@ -143,6 +144,11 @@ QStringList OdbcEngine::Tables() {
 QVector<ColumnInfo> OdbcEngine::Columns(const QString& table) {
     m_line->Free();
     return odbc::Columns(m_connection, table);
+}
+
+QVector<ColumnBounds> OdbcEngine::Bounds(const QString& table) {
+    const QString query = odbc::BoundsQuery(m_dbms, table);
+    return query.isEmpty() ? QVector<ColumnBounds>() : odbc::BoundsFrom(*Query(query));
 }
 
 void OdbcEngine::SetTriggersEnabled(const QString& table, bool enabled) {

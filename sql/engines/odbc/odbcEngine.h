@@ -30,6 +30,7 @@ public:
     qint64 LastInsertId() override;
     QStringList Tables() override;
     QVector<ColumnInfo> Columns(const QString& table) override;
+    QVector<ColumnBounds> Bounds(const QString& table) override;
     void SetTriggersEnabled(const QString& table, bool enabled) override;
     QStringList LackingRights(const QString& table, const QString& column, bool writes) override;
     bool TakeLock(const QString& name, const QString& holder) override;

@@ -89,7 +89,19 @@ void AddUsualEncryption(Parts& parts, const ConnectionSettings& settings, Driver
     }
 }
 
+/// A server that is spoken to in the words of another does not take its dates and names.
+void RefuseOther(const ConnectionSettings& settings, Provider provider) {
+    const DriverKind kind = KindOf(settings.driver);
+    if (provider != Provider::MySql && (kind == DriverKind::MariaDb || kind == DriverKind::MySql)) {
+        throw ImportError(QStringLiteral("Impostazione Driver: '%1' è un driver di MariaDB e MySQL, che si raggiungono "
+                                         "senza: togliere Driver e indicare Provider=MYSQL, per un'origine "
+                                         "ProviderType=3")
+                              .arg(settings.driver));
+    }
+}
+
 Parts FromServer(const ConnectionSettings& settings, Provider provider) {
+    RefuseOther(settings, provider);
     const bool leadsSomewhere = !settings.server.isEmpty() || !settings.databaseName.isEmpty();
     const QString driver = settings.driver.isEmpty() && leadsSomewhere ? UsualDriver(provider) : settings.driver;
     if (driver.isEmpty() || !leadsSomewhere) {

@@ -110,6 +110,22 @@ public:
         return columns;
     }
 
+    /// Declared types do not bind; the number of a row comes by itself.
+    QVector<ColumnBounds> Bounds(const QString& table) override {
+        QVector<ColumnBounds> bounds;
+        const auto cursor = Query(QStringLiteral("PRAGMA table_info(%1)").arg(Quoted(table)));
+        while (cursor->Next()) {
+            ColumnBounds column;
+            column.name = cursor->Value(1).toString();
+            column.type = cursor->Value(2).toString();
+            const bool isNumbered =
+                cursor->Value(5).toInt() > 0 && column.type.compare(u"INTEGER", Qt::CaseInsensitive) == 0;
+            column.isDemanded = cursor->Value(3).toInt() != 0 && cursor->Value(4).isNull() && !isNumbered;
+            bounds.append(column);
+        }
+        return bounds;
+    }
+
     void Expect(const QString& table, const QString& index, const QList<int>& rows) override {
         QString statistics = QStringLiteral("1000000");
         for (const int each : rows) {
