@@ -2,10 +2,13 @@
 #include "adapters/registry.h"
 #include "sources/fileSource.h"
 #include "tests/adapters/Fixture.h"
+#include "tests/adapters/fixtureFiles.h"
+#include "tests/support/files.h"
 #include "tests/support/procedures.h"
 #include "tests/support/QuadrixTest.h"
 #include "tests/support/rows.h"
 
+#include <QDir>
 #include <QTest>
 
 namespace {
@@ -178,6 +181,23 @@ private slots:
             QCOMPARE(m_fixture->Target().Rows(rows + "'ANNA'"), byHand);
             QCOMPARE(m_fixture->Target().Rows(rows + "'SYSTEM_IMPORT'"), stays ? byHand : QStringList{"0"});
         }
+    }
+
+    void discountsOfACodeThatStandsToTheRightStay() {
+        Run("ImportPromozioniWinProgest");
+        const QString discounts = "SELECT CDPRM, PRSC1, PRSC2 FROM X01_PRO_MOR ORDER BY RECORD_ID";
+        const QStringList before = m_fixture->Target().Rows(discounts);
+        const QDir folder(m_fixture->Target().Folder.path());
+        for (const char* table : {"promo", "promor"}) {
+            const QString name = QString("tables/%1.txt").arg(table);
+            QVERIFY(folder.mkpath("tables"));
+            WriteFile(folder.filePath(name), m_fixture->Read(name).replace("\nPR1|", "\n  PR1|").toUtf8());
+        }
+        MakeFoxProTables(folder.filePath("tables"), folder.filePath("source"),
+                         [](const QString& table, const QString& column) { return column.isEmpty() ? table : column; });
+        Run("ImportPromozioniWinProgest");
+        QCOMPARE(m_fixture->Target().Rows(discounts), before);
+        QVERIFY2(!Log().contains("SCONTO TOLTO"), qPrintable(Log()));
     }
 
     void discountsThatTheSourceHasNoMoreGo() {

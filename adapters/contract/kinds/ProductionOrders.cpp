@@ -106,7 +106,26 @@ void TellMissingArticle(ImportRun& run, const TargetRow& part, const QString& na
     }
 }
 
+/// The rows of an order, by table and condition.
+std::array<std::pair<QString, QString>, 3> RowsOf(qint64 order) {
+    return {
+        {{Parts, Equals(PartOwner, order)}, {Phases, Equals(PhaseOwner, order)}, {Orders, Equals("RECORD_ID", order)}}};
+}
+
+/// The condition on rows that somebody has entered or changed.
+QString ByHand(const Session& session) {
+    return "NOT (" + OfImports(session, "COALESCE(USINS, '')") + " AND (COALESCE(USMDF, '') = '' OR " +
+           OfImports(session, "USMDF") + "))";
+}
+
 } // namespace
+
+bool IsOrderOfImports(ImportRun& run, qint64 order) {
+    Session& session = run.GetSession();
+    return std::ranges::all_of(RowsOf(order), [&session](const auto& rows) {
+        return IdWhere(session, rows.first, rows.second + " AND " + ByHand(session)) == 0;
+    });
+}
 
 ProductionOrderWriter::ProductionOrderWriter(ProductionOrders declared)
     : m_declared(std::move(declared)),
@@ -152,18 +171,11 @@ void ProductionOrderWriter::Write(ImportRun& run, const SourceRow& row, qint64 d
 
 /// @param order one that the source has no more
 void ProductionOrderWriter::TakeAway(ImportRun& run, qint64 order, const QString& name) const {
-    const Session& session = run.GetSession();
-    const QString byHand = " AND NOT (" + OfImports(session, "COALESCE(USINS, '')") +
-                           " AND (COALESCE(USMDF, '') = '' OR " + OfImports(session, "USMDF") + "))";
-    const std::array<std::pair<QString, QString>, 3> rows{
-        {{Parts, Equals(PartOwner, order)}, {Phases, Equals(PhaseOwner, order)}, {Orders, Equals("RECORD_ID", order)}}};
-    const bool isOfImports = std::ranges::all_of(
-        rows, [&](const auto& each) { return IdWhere(run.GetSession(), each.first, each.second + byHand) == 0; });
-    if (!isOfImports) {
+    if (!IsOrderOfImports(run, order)) {
         TellNoLongerThere(run, QStringLiteral("ORDINI DI PRODUZIONE"), name, 1);
         return;
     }
-    for (const auto& [table, condition] : rows) {
+    for (const auto& [table, condition] : RowsOf(order)) {
         run.DeleteRows(table, condition);
     }
     run.Log(QStringLiteral("ORDINE DI PRODUZIONE TOLTO: %1: l'origine non lo ha più").arg(name));

@@ -49,6 +49,9 @@ private:
     Mapping m_phase;
 };
 
+/// Whether imports alone have written a production order (RECORD_ID of ORD_PRO), its components and its phases.
+bool IsOrderOfImports(ImportRun& run, qint64 order);
+
 /// What a reset of production orders deletes: those that an import wrote.
 Emptying ProductionOrderEmptying();
 

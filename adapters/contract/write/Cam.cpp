@@ -3,9 +3,12 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
+#include "adapters/contract/write/SheetFormat.h"
 #include "adapters/sourceSettings.h"
 #include "core/lineSettings.h"
+#include "core/modImport.h"
 #include "core/modMain.h"
+#include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 #include "core/wholeSettings.h"
 
@@ -52,6 +55,30 @@ QString ArticleOf(ImportRun& run, const QString& product) {
 
 QString MaterialOf(Session& session, const QString& material) {
     return material.isEmpty() ? material : LookUp(session, "TAB_MAT", "MAEXT", material, "CDMAT");
+}
+
+QString SheetOfRemnant(ImportRun& run, const SourceRow& row) {
+    Session& session = run.GetSession();
+    const QString original = row.Text("DIS_ShtRefOrg");
+    if (!original.isEmpty()) {
+        const auto own = [&run, &original] { return ArticleOf(run, original); };
+        const KnownFormat format = FindFormat(run, original, own);
+        const QString article = format.article.isEmpty() ? own() : format.article;
+        if (IsThere(session, "ART_ICO", "CDART", article)) {
+            return article;
+        }
+    }
+    return qdxProduction::qdxGetCodiceLamieraEsterno(session, MaterialOf(session, row.Text("DIS_MatRef")),
+                                                     NumberOf(row, "DIS_Thickness"));
+}
+
+QString UnitOf(Session& session, const QString& name, bool recordsMissing) {
+    const QString known = modImport::GetNewCode(session, ProductCodes, "UntName", name, recordsMissing);
+    if (!known.isEmpty()) {
+        return known;
+    }
+    const bool piece = name.isEmpty() || name.compare(u"unt", Qt::CaseInsensitive) == 0;
+    return piece ? schema::defaults::Unit : name.toUpper();
 }
 
 QString WorkOf(const ImportRun& run, const SourceRow& row) {

@@ -36,6 +36,14 @@ inline const QString ProductCodes = QStringLiteral("PPRR_PPRR");
 QString ArticleOf(ImportRun& run, const QString& product);
 /// CDMAT of a material; empty when TAB_MAT has none with that external code.
 QString MaterialOf(Session& session, const QString& material);
+/// Columns of `Products` that tell which sheet a remnant is cut from.
+inline const QStringList SheetColumns{"DIS_ShtRefOrg", "DIS_MatRef", "DIS_Thickness"};
+/// CDART of the sheet that a remnant, a row of `Products`, is cut from: that of the sheet which it names, else the one
+/// of its material and thickness; empty when there is none.
+QString SheetOfRemnant(ImportRun& run, const SourceRow& row);
+/// The unit of Quadrix for the name of one; the usual one for a blank name and for "unt".
+/// @param recordsMissing one without translation waits for it in SYS_IMP
+QString UnitOf(Session& session, const QString& name, bool recordsMissing = true);
 /// The work centre of an operation, the generic one when there is none.
 QString WorkOf(const ImportRun& run, const SourceRow& row);
 

@@ -1,7 +1,9 @@
 #include "adapters/contract/write/CamBill.h"
 
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Cam.h"
+#include "adapters/contract/write/componentUnit.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
 
@@ -14,13 +16,16 @@ namespace {
 const QString Operations = QStringLiteral("MMNN_PPOO_00000200");
 /// The product that a cost element is of; not every release has it.
 const QString ChildColumn = QStringLiteral("CPrdRef");
+const QString ProductColumn = QStringLiteral("PrdRef");
+/// The unit of its quantity.
+const QString UnitColumn = QStringLiteral("UntName");
 
-QString OfProduct(const ImportRun& run, const QString& table, const QString& product) {
-    return "SELECT * FROM " + table + "\rWHERE PrdRef = " + run.Quoted(product);
+QString OfProduct(const ImportRun& run, const QString& table, const SourceRow& product) {
+    return "SELECT * FROM " + table + "\rWHERE " + TiedTo(run.GetSession().SourceConnection(), ProductColumn, product);
 }
 
 /// Writes the phases and returns the RECORD_ID of the first, which consumes the components.
-qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
+qint64 WritePhases(ImportRun& run, BillWriter& writer, const SourceRow& product) {
     qint64 first = 0;
     int last = 0;
     ForEachChild(run.GetSession(), OfProduct(run, Operations, product) + "\rORDER BY OOrder", Operations,
@@ -34,7 +39,7 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& product) {
 }
 
 /// The article of a sheet that a product is cut from: of its material and thickness.
-QString SheetOf(ImportRun& run, BillWriter& writer, const QString& product) {
+QString SheetOf(ImportRun& run, BillWriter& writer, const SourceRow& product) {
     Session& session = run.GetSession();
     const Recordset found = session.SourceConnection().ExecuteWC(OfProduct(run, Products, product));
     if (found.Eof()) {
@@ -44,7 +49,7 @@ QString SheetOf(ImportRun& run, BillWriter& writer, const QString& product) {
     return writer.SheetOf(MaterialOf(session, row.Text("DIS_MatRef")), NumberOf(row, "DIS_Thickness"));
 }
 
-void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, const QString& product, qint64 phase) {
+void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, const SourceRow& product, qint64 phase) {
     const QString child = row.HasColumn(ChildColumn) ? row.Text(ChildColumn) : QString();
     const QString article = child.isEmpty() ? SheetOf(run, writer, product) : ArticleOf(run, child);
     if (article.isEmpty() || !writer.HasArticle(article)) {
@@ -52,28 +57,33 @@ void WriteComponent(ImportRun& run, BillWriter& writer, const SourceRow& row, co
         writer.LeaveOut(article);
         return;
     }
+    if (row.HasColumn(UnitColumn) && !row.IsBlank(UnitColumn)) {
+        const QString unit = row.Text(UnitColumn);
+        TellOtherUnit(run, NameOf(row, Costs, "PrdRef"), article, unit, UnitOf(run.GetSession(), unit, false));
+    }
     writer.Write(Component{article, NumberOf(row, "StdQuan")}, phase);
 }
 
 } // namespace
 
-RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const QString& product) {
-    const QString article = ArticleOf(run, product);
+RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const SourceRow& product) {
+    const QString code = product.Text(ProductColumn);
+    const QString article = ArticleOf(run, code);
     if (!IsImported(run, article)) {
         writer.Meet(article);
         return run.Skip(ArticleMissing);
     }
-    if (FillsCodes(run) && writer.Find({article, product}) == 0) {
+    if (FillsCodes(run) && writer.Find({article, code}) == 0) {
         return SkipGone(run);
     }
-    const RowOutcome outcome = writer.Begin(article, product);
+    const RowOutcome outcome = writer.Begin(article, code);
     qdxMakeDistintaFromCAM(run, writer, product);
     writer.ClosePhases();
     writer.TellComponentsLeft();
     return outcome;
 }
 
-void qdxMakeDistintaFromCAM(ImportRun& run, BillWriter& writer, const QString& product) {
+void qdxMakeDistintaFromCAM(ImportRun& run, BillWriter& writer, const SourceRow& product) {
     const qint64 phase = WritePhases(run, writer, product);
     ForEachChild(run.GetSession(), OfProduct(run, Costs, product) + " AND " + IsMaterial, Costs, "PrdRef",
                  [&](const SourceRow& row) { WriteComponent(run, writer, row, product, phase); });
@@ -82,7 +92,7 @@ void qdxMakeDistintaFromCAM(ImportRun& run, BillWriter& writer, const QString& p
 const Needs& CamBillNeeds() {
     static const Needs needs{{},
                              {{Operations, {"PrdRef", "OOrder", "WrkRef", "OprRef", "StdTime"}},
-                              {Costs, {"PrdRef", "CType", "StdQuan"}},
+                              {Costs, {"PrdRef", "CType", "StdQuan"}, {UnitColumn}},
                               {Products, {"PrdRef", "DIS_MatRef", "DIS_Thickness"}}},
                              BillNeeds(),
                              {{.list = "MMNN_PPOO", .field = "OprRef", .table = "DIS_LAV", .column = "DLLAV"}}};

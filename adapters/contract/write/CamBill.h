@@ -18,13 +18,13 @@ inline constexpr int OperationStep = 1;
 const Needs& CamBillNeeds();
 
 /// Writes the bill of a product of the CAM database that is the source, with its phases and components. A product whose
-/// article is not there is logged and skipped. Raises as the writer does.
-RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const QString& product);
+/// article is not there is logged and skipped. Raises as the writer does. @param product a row with PrdRef
+RowOutcome qdxImportDistintaFromLantek24(ImportRun& run, BillWriter& writer, const SourceRow& product);
 
 /// Writes into the bill begun last what the CAM knows of a product: its operations as phases, and the materials among
 /// what its cost is made of as components, consumed by the first phase; a material without a product of its own is the
 /// sheet of the product's material and thickness. A component whose article is not there is logged and left out.
 /// Raises as the writer does.
-void qdxMakeDistintaFromCAM(ImportRun& run, BillWriter& writer, const QString& product);
+void qdxMakeDistintaFromCAM(ImportRun& run, BillWriter& writer, const SourceRow& product);
 
 } // namespace contract

@@ -6,6 +6,7 @@
 #include "adapters/origins/AdHoc/modImport_AdHoc.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "core/modMain.h"
@@ -61,8 +62,8 @@ double CostOf(Session& session, const SourceRow& row) {
         return last;
     }
     ovConnection& source = session.SourceConnection();
-    const Recordset balances = source.ExecuteWC("SELECT MAX(SLVALUCA) AS SLVALUCA FROM SALDIART\rWHERE SLCODICE = " +
-                                                LiteralOf(source, row.Text("ARCODART")));
+    const Recordset balances = source.ExecuteWC("SELECT MAX(SLVALUCA) AS SLVALUCA FROM SALDIART\rWHERE " +
+                                                TiedTo(source, "SLCODICE", row, "ARCODART"));
     const double ofBalance = balances.Eof() ? 0 : NumberOf(SourceRow(balances), "SLVALUCA");
     return ofBalance != 0 ? ofBalance : NumberOf(row, "PRCOSSTA");
 }
@@ -84,9 +85,9 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     const QDate today = run.GetSession().UserManager.DataElaborazione;
     const Recordset prices = source.ExecuteWC(
         "SELECT S.LIPREZZO, S.LISCONT1, S.LISCONT2, S.LISCONT3\rFROM LIS_TINI L\rINNER JOIN LIS_SCAG S ON "
-        "S.LICODART = L.LICODART AND S.LIROWNUM = L.CPROWNUM\rWHERE L.LICODART = " +
-        LiteralOf(source, row.Text("ARCODART")) + "\r  AND " + NoDayOr(source, "L.LIDATATT", "<=", today) + "\r  AND " +
-        NoDayOr(source, "L.LIDATDIS", ">=", today) + "\rORDER BY L.LICODLIS, L.CPROWNUM, S.LIPREZZO DESC");
+        "S.LICODART = L.LICODART AND S.LIROWNUM = L.CPROWNUM\rWHERE " +
+        TiedTo(source, "L.LICODART", row, "ARCODART") + "\r  AND " + NoDayOr(source, "L.LIDATATT", "<=", today) +
+        "\r  AND " + NoDayOr(source, "L.LIDATDIS", ">=", today) + "\rORDER BY L.LICODLIS, L.CPROWNUM, S.LIPREZZO DESC");
     if (prices.Eof()) {
         for (const char* column : {"ARPRZ", "ARSCO", "ARSC2", "ARSC3"}) {
             target.Set(column, QVariant());

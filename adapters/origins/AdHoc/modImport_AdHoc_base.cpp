@@ -13,21 +13,11 @@ namespace {
 
 const QString Pag2ame = QStringLiteral("PAG_2AME");
 
-/// A table of codes with their descriptions.
-BaseTable CodeTable(const QString& step, const QString& table, const QString& key, const QString& target,
-                    const Lines& lines) {
-    return {.frame = {.step = step},
-            .source = {.table = table, .key = key, .order = key},
-            .target = target,
-            .code = Field(key),
-            .lines = lines};
-}
-
 BaseTable CodiciIva() {
     return CodeTable("Codici IVA", "VOCIIVA", "IVCODIVA", "TAB_IVA",
                      {
                          {"IVDES", "IVDESIVA", First(100)},
-                         {"IVALI", "IVPERIVA", RoundedTo(2)},
+                         {"IVALI", "IVPERIVA", VatRate()},
                          {"IVIND", "IVPERIND", RoundedTo(2)},
                          {"IVPLA", "IVPLAIVA", Flag()},
                          {"IVBOL", "IVBOLIVA", Flag()},

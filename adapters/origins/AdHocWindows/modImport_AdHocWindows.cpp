@@ -6,6 +6,8 @@
 
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/PartyColumns.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -40,7 +42,7 @@ double PriceOf(ImportRun& run, const SourceRow& row) {
     }
     ovConnection& source = run.GetSession().SourceConnection();
     const Recordset prices =
-        source.ExecuteWC("SELECT LIPREZZO FROM LISTINI\rWHERE LICODART = " + LiteralOf(source, row.Text("ARCODART")) +
+        source.ExecuteWC("SELECT LIPREZZO FROM LISTINI\rWHERE " + TiedTo(source, "LICODART", row, "ARCODART") +
                          "\r  AND LICODLIS = " + LiteralOf(source, FirstList));
     return prices.Eof() ? 0 : NumberOf(SourceRow(prices), "LIPREZZO");
 }
@@ -55,16 +57,13 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
 Branches Destinazioni() {
     return {
         .rows = {.table = DesDive, .on = {{"DDTIPCON", "ANTIPCON"}, {"DDCODICE", "ANCODICE"}}, .order = "DDCODDES"},
-        .lines =
-            {
-                {"CDSED", "DDCODDES", Digits(3)},
-                {"SERAS", "DDNOMDES", Text()},
-                {"SEIND", "DDINDIRI", Text()},
-                {"SECAP", "DD___CAP", WhenNotBlank("DDLOCALI", Text())},
-                {"SECIT", "DDLOCALI", WhenNotBlank("DDLOCALI", Text())},
-                {"SEPRO", "DDPROVIN", Text()},
-                {"SERIF", "DDPERSON", Text()},
-            },
+        .lines = BranchLines(DesDive, {.number = "DDCODDES",
+                                       .name = "DDNOMDES",
+                                       .street = "DDINDIRI",
+                                       .postCode = "DD___CAP",
+                                       .town = "DDLOCALI",
+                                       .province = "DDPROVIN",
+                                       .person = "DDPERSON"}),
         .numbers = {.office = "DDTELEFO"},
     };
 }

@@ -9,6 +9,7 @@
 #include "adapters/origins/Gescom/modImport_Gescom.h"
 
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/sourceSettings.h"
 
 using namespace contract;
@@ -60,15 +61,12 @@ Counterparties Controparti() {
         .numbers = {"TELCLFOR", "TE2CLFOR", "FAXCLFOR", "CELCLFOR", "EMACLFOR", "WEBCLFOR"},
         .branches = {{
             .rows = {.table = "ARDEST", .on = {{"CODCLFOR"}, {"FLAGCLFR"}}, .order = "PRGDEST"},
-            .lines =
-                {
-                    {"CDSED", "PRGDEST", Digits(3)},
-                    {"SERAS", "RAGDEST", Text()},
-                    {"SEIND", "INDDEST", Text()},
-                    {"SECAP", "CAPDEST", WhenNotBlank("LOCDEST", Text())},
-                    {"SECIT", "LOCDEST", WhenNotBlank("LOCDEST", Text())},
-                    {"SEPRO", "PRODEST", Text()},
-                },
+            .lines = BranchLines("ARDEST", {.number = "PRGDEST",
+                                            .name = "RAGDEST",
+                                            .street = "INDDEST",
+                                            .postCode = "CAPDEST",
+                                            .town = "LOCDEST",
+                                            .province = "PRODEST"}),
         }},
     };
 }

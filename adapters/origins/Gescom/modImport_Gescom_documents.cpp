@@ -3,7 +3,9 @@
 #include "adapters/origins/Gescom/modImport_Gescom.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "core/modImport.h"
+#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -25,12 +27,13 @@ const QString DeliveryNote = QStringLiteral("DDT");
 // --- Hooks --------------------------------------------------------------------------------------------------------
 
 /// The name that ARCLFR has for the counterparty of a row.
-QString NameOf(Session& session, const QString& code, const QString& kind) {
+QString NameOf(Session& session, const SourceRow& row, const QString& code, const QString& kind) {
     ovConnection& source = session.SourceConnection();
-    const Recordset found = source.ExecuteWC("SELECT * FROM ARCLFR\rWHERE CODCLFOR = " + LiteralOf(source, code) +
-                                             "\r  AND FLAGCLFR = " + LiteralOf(source, kind));
+    const Recordset found = source.ExecuteWC("SELECT * FROM ARCLFR\rWHERE " + TiedTo(source, "CODCLFOR", row, code) +
+                                             "\r  AND " + TiedTo(source, "FLAGCLFR", row, kind));
     if (found.Eof()) {
-        throw ImportError(QStringLiteral("ARCLFR non ha la controparte '%1' di tipo '%2'").arg(code, kind));
+        throw ImportError(
+            QStringLiteral("ARCLFR non ha la controparte '%1' di tipo '%2'").arg(row.Text(code), row.Text(kind)));
     }
     return SourceRow(found).Text("RAGCLFOR");
 }
@@ -50,25 +53,26 @@ Rule CounterpartyOfKind() {
 Rule SourceName() {
     return {"RAGCLFOR della riga di ARCLFR con quel CODCLFOR e FLAGCLFR; riga abbandonata se manca",
             [](const RuleInput& input) {
-                return RuleValue(
-                    NameOf(input.session, input.row.Text(input.columns.first()), input.row.Text(input.columns.last())));
+                return RuleValue(NameOf(input.session, input.row, input.columns.first(), input.columns.last()));
             },
             Side::Both,
             {{Arclfr, {"CODCLFOR", "FLAGCLFR", "RAGCLFOR"}}}};
 }
 
-/// The phase of the movement that a row has in MOVMAG; empty without one.
-QString PhaseOf(Session& session, const QString& number, const QString& article) {
-    const Recordset movement = session.SourceConnection().ExecuteWC(
-        "SELECT FSMOVMAG FROM MOVMAG WHERE NDMOVMAG = " + number + "   AND ARMOVMAG = " + article);
-    return movement.Eof() ? QString() : SourceRow(movement).Text("FSMOVMAG");
+/// The phase of the movement that a row has in MOVMAG, as it was read; Null without one.
+QVariant PhaseOf(Session& session, const SourceRow& row) {
+    ovConnection& source = session.SourceConnection();
+    const Recordset movement =
+        source.ExecuteWC("SELECT FSMOVMAG FROM MOVMAG WHERE " + TiedTo(source, "NDMOVMAG", row, "RDRIEMOV") +
+                         "   AND " + TiedTo(source, "ARMOVMAG", row, "CDRIEMOV"));
+    return movement.Eof() ? QVariant() : SourceRow(movement).Value("FSMOVMAG");
 }
 
 /// The work phase that the movement of the row names, with the work centre that it is done at.
 void SetPhase(ImportRun& run, const SourceRow& row, TargetRow& target) {
     Session& session = run.GetSession();
-    const QString article = run.Quoted(row.Text("CDRIEMOV"));
-    const QString phase = PhaseOf(session, run.Quoted(row.Text("RDRIEMOV")), article);
+    const QVariant read = PhaseOf(session, row);
+    const QString phase = mod_ovTools::ToText(read).trimmed();
     if (phase.isEmpty()) {
         return;
     }
@@ -80,8 +84,10 @@ void SetPhase(ImportRun& run, const SourceRow& row, TargetRow& target) {
     }
     target.Set("DRLAV", work);
     target.Set("DRLDS", LookUp(session, "LAV_ORA", "CDLAV", work, "LVDES"));
-    const Recordset sequence = session.SourceConnection().ExecuteWC(
-        "SELECT SQARCFAS FROM arcfas WHERE ARARCFAS = " + article + " AND CODFASEL = " + run.Quoted(phase));
+    ovConnection& source = session.SourceConnection();
+    const Recordset sequence =
+        source.ExecuteWC("SELECT SQARCFAS FROM arcfas WHERE " + TiedTo(source, "ARARCFAS", row, "CDRIEMOV") +
+                         " AND CODFASEL = " + LiteralOf(source, read));
     if (!sequence.Eof()) {
         target.Set("DRSEQ", NumberOf(SourceRow(sequence), "SQARCFAS"));
     }

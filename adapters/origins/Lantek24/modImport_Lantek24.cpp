@@ -10,7 +10,9 @@
 #include "adapters/origins/Lantek24/modImport_Lantek24.h"
 
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/map/emptyDays.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Bill.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
@@ -48,8 +50,9 @@ void SetConditionsOf(ImportRun& run, const QString& table, const QString& keyCol
     Session& session = run.GetSession();
     const bool isNew = !target.Value("CDCON").isNull(); // one that is there keeps its code
     ForEachChild(session,
-                 "SELECT * FROM " + table + "\rWHERE " + keyColumn + " = " + run.Quoted(company.Text("ComRef")), table,
-                 keyColumn, [&](const SourceRow& row) {
+                 "SELECT * FROM " + table + "\rWHERE " +
+                     TiedTo(session.SourceConnection(), keyColumn, company, "ComRef"),
+                 table, keyColumn, [&](const SourceRow& row) {
                      const auto set = [&target](const QString& column, const QString& text) {
                          if (!text.isEmpty()) {
                              target.Set(column, text);
@@ -114,11 +117,7 @@ Counterparties Controparti() {
 
 // --- Shared -------------------------------------------------------------------------------------------------------
 
-QVariant DayOf(const SourceRow& row, const QString& column) {
-    static const QDate none(1900, 1, 1);
-    const QVariant day = DateOf(row, column);
-    return day.toDate() == none ? QVariant() : day;
-}
+QVariant DayOf(const SourceRow& row, const QString& column) { return WithoutEmptyDay(DateOf(row, column)); }
 
 // --- Entry --------------------------------------------------------------------------------------------------------
 

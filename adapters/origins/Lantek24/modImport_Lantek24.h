@@ -18,10 +18,8 @@ using contract::cam::WorkOf;
 /// The class of a product that is a sheet.
 inline const QString SheetClass = QStringLiteral("51");
 
-/// The unit of a unit's name in the source; the usual one for a blank name and for "unt".
-QString UnitOf(Session& session, const QString& name);
 contract::Rule UnitOfName();
-/// The day of a column, with its time; Null for a blank one and for 1 January 1900, which stands for none.
+/// The day of a column, with its time; Null for a blank one and for one that stands for none.
 QVariant DayOf(const contract::SourceRow& row, const QString& column);
 
 contract::Articles Articoli();

@@ -3,6 +3,7 @@
 #include "adapters/origins/Lantek24/modImport_Lantek24.h"
 
 #include "adapters/contract/map/wholeCharacters.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/FreeAttribute.h"
@@ -71,18 +72,12 @@ Rule FamilyOfArticle() {
             }};
 }
 
-Rule DayOrNone() {
-    return {"com'è letto; niente se è vuoto o 1 gennaio 1900", [](const RuleInput& input) -> RuleValue {
-                const QVariant day = DayOf(input.row, input.columns.first());
-                return day.isNull() ? RuleValue() : RuleValue(day);
-            }};
-}
-
 // --- Articles -----------------------------------------------------------------------------------------------------
 
-double DensityOf(ImportRun& run, const QString& material) {
-    const Recordset found = run.GetSession().SourceConnection().ExecuteWC("SELECT Density FROM " + Materials +
-                                                                          "\rWHERE MatRef = " + run.Quoted(material));
+double DensityOf(ImportRun& run, const SourceRow& product) {
+    ovConnection& source = run.GetSession().SourceConnection();
+    const Recordset found = source.ExecuteWC("SELECT Density FROM " + Materials + "\rWHERE " +
+                                             TiedTo(source, "MatRef", product, "DIS_MatRef"));
     return found.Eof() ? 0 : NumberOf(SourceRow(found), "Density");
 }
 
@@ -91,8 +86,8 @@ void WriteFormat(ImportRun& run, const SourceRow& row, const QString& article) {
     const double length = NumberOf(row, "DIS_Length");
     const double width = NumberOf(row, "DIS_Width");
     WriteSheetFormat(run, {article, qdxProduction::qdxCalcolaCodiceFormatoArticolo(length, width), length, width,
-                           NumberOf(row, "Weight"), DensityOf(run, row.Text("DIS_MatRef")),
-                           FirstOf(row.Text("PrdName"), 100), QString(), row.Text("PrdRef")});
+                           NumberOf(row, "Weight"), DensityOf(run, row), FirstOf(row.Text("PrdName"), 100), QString(),
+                           row.Text("PrdRef")});
 }
 
 void WriteFurther(ImportRun& run, const SourceRow& row, const QString& article) {
@@ -113,18 +108,9 @@ void WriteAttributes(ImportRun& /*run*/, FreeAttributeWriter& writer, const Sour
 
 } // namespace
 
-QString UnitOf(Session& session, const QString& name) {
-    const QString known = modImport::GetNewCode(session, ProductCodes, "UntName", name, true);
-    if (!known.isEmpty()) {
-        return known;
-    }
-    const bool piece = name.isEmpty() || name.compare(u"unt", Qt::CaseInsensitive) == 0;
-    return piece ? schema::defaults::Unit : name.toUpper();
-}
-
 Rule UnitOfName() {
     return {"tradotto con SYS_IMP (PPRR_PPRR, UntName); \"NR\" per vuoto e \"unt\"; altrimenti maiuscolo",
-            [](const RuleInput& input) { return RuleValue(UnitOf(input.session, input.Text())); }};
+            [](const RuleInput& input) { return RuleValue(cam::UnitOf(input.session, input.Text())); }};
 }
 
 /// A reset empties the formats of the articles too.
@@ -135,7 +121,7 @@ Articles Articoli() {
         .code = {"PrdRef", ArticleCode(ProductCodes, "PrdRef")},
         .description = "PrdName",
         .lines = {{"CDEXT", "PrdRef", Text()},
-                  {"ARINV", "CDate", DayOrNone()},
+                  {"ARINV", "CDate", DayThere()},
                   {"ARNOT", "Descrip", Text()},
                   {"ARCLA", "DIS_PClass, Assembly", ArticleClass()},
                   {"ARFAM", "PGroup, CGroup", FamilyOfArticle()},

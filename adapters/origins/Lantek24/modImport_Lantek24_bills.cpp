@@ -16,10 +16,9 @@ void ImportDistintaLantek24(Session& session, const QString& singleCode, bool re
         const QString from = cam::Costs + "\rWHERE " + cam::IsMaterial + run.OnlyCode("\rAND", "PrdRef", singleCode);
         const ImportRun::Loop heads{"Distinte Base", cam::Costs, "PrdRef", "SELECT COUNT(DISTINCT PrdRef) FROM " + from,
                                     "SELECT DISTINCT PrdRef FROM " + from + "\rORDER BY PrdRef"};
-        ImportBills(run, heads, singleCode, "Distinte Base Lantek 24 importate correttamente: %1 (Fasi: %2, Comp.: %3)",
-                    [&](BillWriter& writer, const SourceRow& row) {
-                        return qdxImportDistintaFromLantek24(run, writer, row.Text("PrdRef"));
-                    });
+        ImportBills(
+            run, heads, singleCode, "Distinte Base Lantek 24 importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+            [&](BillWriter& writer, const SourceRow& row) { return qdxImportDistintaFromLantek24(run, writer, row); });
     });
 }
 

@@ -6,6 +6,7 @@
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Article.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -30,11 +31,6 @@ const QString Received = QStringLiteral("20");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
 
-Rule DayOrNull() {
-    return {"com'è letto; Null se è vuoto o 1 gennaio 1900",
-            [](const RuleInput& input) { return RuleValue(DayOf(input.row, input.columns.first())); }};
-}
-
 Rule Supplier() {
     return {"CDCON della riga di CON_TRO di cui è COFGE", [](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
@@ -42,15 +38,17 @@ Rule Supplier() {
             }};
 }
 
-/// An order is closed when every row of it has been received.
+/// An order is closed when it has rows, and every one of them has been received.
 Rule StateOfOrder() {
-    return {"chiuso quando ogni riga è ricevuta",
+    return {"chiuso quando ha righe e ogni riga è ricevuta",
             [](const RuleInput& input) -> RuleValue {
-                const ovConnection& source = input.session.SourceConnection();
-                const qint64 open = input.session.SourceConnection().ExecuteCommand(
-                    "SELECT COUNT(*) FROM " + OrderRows + "\rWHERE OrdRef = " + LiteralOf(source, input.Text()) +
-                    " AND DlvStatus <> " + Received);
-                return open > 0 ? schema::defaults::ToDeliver : schema::defaults::Closed;
+                ovConnection& source = input.session.SourceConnection();
+                const QString rows =
+                    "SELECT COUNT(*) FROM " + OrderRows + "\rWHERE OrdRef = " + LiteralOf(source, input.Value());
+                const qint64 open =
+                    source.ExecuteCommand(rows + " AND (DlvStatus IS NULL OR DlvStatus <> " + Received + ')');
+                return open > 0 || source.ExecuteCommand(rows) == 0 ? schema::defaults::ToDeliver
+                                                                    : schema::defaults::Closed;
             },
             Side::Both,
             {{OrderRows, {"OrdRef", "DlvStatus"}}}};
@@ -73,9 +71,9 @@ Rule VatOfProduct() { return WhenNotBlank("PrdRef", NotBlank(VatCode(OrderCodes,
 
 /// The measures of a sheet stand with its product.
 void SetSheet(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    const Recordset found = run.GetSession().SourceConnection().ExecuteWC(
-        "SELECT * FROM " + Products + "\rWHERE PrdRef = " + run.Quoted(row.Text("PrdRef")) +
-        " AND DIS_PClass = " + SheetClass);
+    ovConnection& source = run.GetSession().SourceConnection();
+    const Recordset found = source.ExecuteWC("SELECT * FROM " + Products + "\rWHERE " + TiedTo(source, "PrdRef", row) +
+                                             " AND DIS_PClass = " + SheetClass);
     if (!found.Eof()) {
         const SourceRow product(found);
         target.Set("DRLAM", true);
@@ -133,14 +131,14 @@ Documents OrdiniFornitore() {
         .withoutRows = WithoutRows::Written,
         .kinds = {{.cause = "ORDFL", .type = "ORD", .family = Purchases}},
         .head = {.number = {"OrdRef", DigitsAsNumber()},
-                 .day = {"CDate", DayOrNull()},
+                 .day = {"CDate", Day()},
                  .counterparty = {"SuppRef", Supplier()},
                  .name = "SuppName",
                  .state = {"OrdRef", StateOfOrder()},
                  .lines = {{"DTMOP", "PymName", TranslatedOrKnown(OrderCodes, "PymName", "TAB_MOP")},
                            {"DTVAL", "CurName", Currency(OrderCodes, "CurName")},
                            {"DTRIC", "OrdRef", Text()},
-                           {"DTCOR", "DDate", DayOrNull()},
+                           {"DTCOR", "DDate", Day()},
                            {"DTSCO", "DDisc", RoundedTo(2)},
                            {"DTNOT", "Descrip", Text()}}},
         .row = {.number = "LineNum",
@@ -155,8 +153,8 @@ Documents OrdiniFornitore() {
                 .vatCode = {"TaxRef", VatOfProduct()},
                 .state = {"DlvStatus, RcvdQuantity", StateOfRow()},
                 .lines = {{"DRUM2", "UntName", UnitOfName()},
-                          {"DRTOT", "TPrice", Or(RoundedTo(6), 0)},
-                          {"DRTTA", "TPrice", Or(RoundedTo(6), 0)},
+                          {"DRTOT", "TPrice", NotZero()},
+                          {"DRTTA", "TPrice", NotZero()},
                           {"DRNOT", "Descrip", Text()}}},
         .empties = DocumentEmptying(),
         .moreOfRow = SetSheet,

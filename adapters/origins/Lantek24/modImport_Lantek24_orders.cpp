@@ -4,8 +4,10 @@
 #include "adapters/origins/Lantek24/modImport_Lantek24.h"
 
 #include "adapters/contract/kinds/ImportTable.h"
+#include "adapters/contract/kinds/ProductionOrders.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/noLongerThere.h"
@@ -29,8 +31,8 @@ const QString OperationKey = QStringLiteral("MnORef, OOrder");
 // --- Production orders --------------------------------------------------------------------------------------------
 
 QString OperationsOf(const ImportRun& run, const SourceRow& order) {
-    return "SELECT * FROM " + Operations + "\rWHERE MnORef = " + run.Quoted(order.Text(OrderNumber)) +
-           "\rORDER BY OOrder";
+    return "SELECT * FROM " + Operations + "\rWHERE " +
+           TiedTo(run.GetSession().SourceConnection(), OrderNumber, order) + "\rORDER BY OOrder";
 }
 
 /// An operation is over when it has an end.
@@ -73,30 +75,35 @@ public:
     }
 
 private:
-    qint64 BillOf(const QString& product);
+    qint64 BillOf(const SourceRow& order);
     QString ImportedOrders() const;
     void ReadKept();
     qint64 KeptOrder(const QString& code, qint64 bill);
     qint64 OrderOfBefore(qint64 bill, const OrderFacts& facts);
     void WriteOrder(const SourceRow& row, qint64 bill, const OrderFacts& facts, qint64& order);
+    void WriteOperations(const SourceRow& row, qint64 order, bool isNew);
     void WriteOperation(const SourceRow& row, qint64 order, int sequence);
+    void TakeOffOperations(qint64 order, const QSet<int>& written);
     void TellOrdersLeft();
 
     ImportRun& m_run;
     BillWriter m_bills;
     QHash<QString, qint64> m_billIds;              ///< of this run, by product
     std::optional<QMap<qint64, QString>> m_kept{}; ///< what SYS_IMP said before this run: RECORD_ID, MnORef
+    QSet<qint64> m_shared;                         ///< of those, the ones of several MnORef
     QSet<QString> m_met;                           ///< MnORef of the rows of this run
+    QSet<qint64> m_replaced;                       ///< orders whose MnORef another one has got in this run
     QSet<qint64> m_written;                        ///< orders of this run
 };
 
 /// The bill of a product, written once in a run; 0 when its article is not there.
-qint64 OrderImporter::BillOf(const QString& product) {
+qint64 OrderImporter::BillOf(const SourceRow& order) {
+    const QString product = order.Text("PrdRef");
     const auto known = m_billIds.constFind(product);
     if (known != m_billIds.cend()) {
         return *known;
     }
-    const bool written = qdxImportDistintaFromLantek24(m_run, m_bills, product) != RowOutcome::Skipped;
+    const bool written = qdxImportDistintaFromLantek24(m_run, m_bills, order) != RowOutcome::Skipped;
     m_run.WhenTakenBack([this, product] { m_billIds.remove(product); });
     return *m_billIds.insert(product, written ? m_bills.BillId() : 0);
 }
@@ -115,21 +122,34 @@ void OrderImporter::ReadKept() {
                                                Equals(session, "TBNAM", m_run.FullName("ORD_PRO")) + " AND " +
                                                Equals(session, "TBFLD", OrderNumber));
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        m_kept->insert(row.Text("TBNEW").toLongLong(), row.Text("TBOLD"));
+        const qint64 id = row.Text("TBNEW").toLongLong();
+        if (m_kept->contains(id)) {
+            m_shared.insert(id);
+        }
+        m_kept->insert(id, row.Text("TBOLD"));
     }
 }
 
 /// The order that an earlier import has made of one of the source; 0 when it is gone: its number may be another's then.
+/// One that is of another product now goes with it, unless somebody has written in it: he has planned that product.
 qint64 OrderImporter::KeptOrder(const QString& code, qint64 bill) {
     const qint64 id =
         modImport::GetNewCode(m_run.GetSession(), m_run.FullName("ORD_PRO"), OrderNumber, code, false).toLongLong();
     if (id == 0 || m_written.contains(id)) {
         return 0;
     }
-    return IdWhere(m_run.GetSession(), "ORD_PRO",
-                   Equals("RECORD_ID", id) + " AND (" + Equals("OPIDD", bill) +
-                       " OR OPIDD NOT IN (SELECT RECORD_ID FROM " + m_run.FullName("DIS_BAS") + ")) AND " +
-                       ImportedOrders());
+    const QString imported = Equals("RECORD_ID", id) + " AND " + ImportedOrders();
+    const qint64 ofBill = IdWhere(m_run.GetSession(), "ORD_PRO",
+                                  imported + " AND (" + Equals("OPIDD", bill) +
+                                      " OR OPIDD NOT IN (SELECT RECORD_ID FROM " + m_run.FullName("DIS_BAS") + "))");
+    const bool isOther = ofBill == 0 && !m_shared.contains(id) && IdWhere(m_run.GetSession(), "ORD_PRO", imported) != 0;
+    if (isOther && !FillsCodes(m_run) && IsOrderOfImports(m_run, id)) {
+        return id;
+    }
+    if (isOther) {
+        m_run.Remember(m_replaced, id);
+    }
+    return ofBill;
 }
 
 /// One that an earlier import has written while SYS_IMP kept none: bill, day and quantity tell it apart from others, of
@@ -190,12 +210,60 @@ void OrderImporter::WriteOperation(const SourceRow& row, qint64 order, int seque
     }
 }
 
+/// @param row the order
+void OrderImporter::WriteOperations(const SourceRow& row, qint64 order, bool isNew) {
+    QSet<int> written;
+    int sequence = 0;
+    ForEachChild(m_run.GetSession(), OperationsOf(m_run, row), Operations, OperationKey,
+                 [&](const SourceRow& operation) {
+                     sequence = NumberBehind(m_run, sequence, WholeNumberOf(operation, "OOrder"), cam::OperationStep,
+                                             [&operation] { return NameOf(operation, Operations, OperationKey); });
+                     WriteOperation(operation, order, sequence);
+                     written.insert(sequence);
+                 });
+    if (!isNew && !FillsCodes(m_run)) {
+        TakeOffOperations(order, written);
+    }
+}
+
+/// Operations that an import has written and the source has no more go; one that somebody has changed since is told.
+/// @param written sequences of those that it has
+void OrderImporter::TakeOffOperations(qint64 order, const QSet<int>& written) {
+    Session& session = m_run.GetSession();
+    QList<qint64> gone;
+    QStringList left;
+    {
+        Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, FLSEQ, FLLAV, USMDF FROM " +
+                                                   m_run.FullName("ORD_FAS") + " WHERE " + Equals("IDOPR", order) +
+                                                   " AND " + OfImports(session) + " ORDER BY FLSEQ, RECORD_ID");
+        for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+            if (written.contains(row.Value("FLSEQ").toInt())) {
+                continue;
+            }
+            if (row.IsBlank("USMDF") || IsImportUser(row.Text("USMDF"))) {
+                gone.append(row.Value("RECORD_ID").toLongLong());
+            } else {
+                left.append(QStringLiteral("'%1 %2'").arg(row.Text("FLSEQ"), row.Text("FLLAV")));
+            }
+        }
+    }
+    for (const qint64 id : gone) {
+        m_run.DeleteRows("ORD_FAS", Equals("RECORD_ID", id));
+    }
+    if (!gone.isEmpty()) {
+        m_run.Log(QStringLiteral("RIGHE DI PRODUZIONE TOLTE: %1: %2 di ORD_FAS che l'origine non ha più")
+                      .arg(m_run.RowKey(), QString::number(gone.size())));
+    }
+    TellNoLongerThere(m_run, QStringLiteral("FASI"),
+                      m_run.RowKey() + QStringLiteral(", ") + left.join(QStringLiteral(", ")), left.size());
+}
+
 RowOutcome OrderImporter::Row(const SourceRow& row) {
     if (!m_kept) {
         ReadKept();
     }
     m_run.Remember(m_met, row.Text(OrderNumber));
-    const qint64 bill = BillOf(row.Text("PrdRef"));
+    const qint64 bill = BillOf(row);
     if (bill == 0) {
         return FillsCodes(m_run) ? SkipGone(m_run) : m_run.Skip(ArticleMissing);
     }
@@ -207,13 +275,7 @@ RowOutcome OrderImporter::Row(const SourceRow& row) {
         return SkipGone(m_run);
     }
     WriteOrder(row, bill, facts, order);
-    int sequence = 0;
-    ForEachChild(m_run.GetSession(), OperationsOf(m_run, row), Operations, OperationKey,
-                 [&](const SourceRow& operation) {
-                     sequence = NumberBehind(m_run, sequence, WholeNumberOf(operation, "OOrder"), cam::OperationStep,
-                                             [&operation] { return NameOf(operation, Operations, OperationKey); });
-                     WriteOperation(operation, order, sequence);
-                 });
+    WriteOperations(row, order, !known);
     return known ? RowOutcome::Updated : RowOutcome::Inserted;
 }
 
@@ -233,7 +295,8 @@ void OrderImporter::TellOrdersLeft() {
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
         const qint64 id = row.Value("RECORD_ID").toLongLong();
         const QString code = m_kept->value(id);
-        const bool isTheirs = code.isEmpty() ? bills.contains(row.Value("OPIDD").toLongLong()) : !m_met.contains(code);
+        const bool isTheirs = code.isEmpty() ? bills.contains(row.Value("OPIDD").toLongLong())
+                                             : m_replaced.contains(id) || !m_met.contains(code);
         if (isTheirs && !m_written.contains(id)) {
             TellNotMetAgain(m_run, QStringLiteral("ORDINI DI PRODUZIONE"),
                             QStringLiteral("%1'%2' del %3, quantità %4")
@@ -254,6 +317,7 @@ ImportPart OrdiniProduzione() {
          {Operations, {"MnORef", "OOrder", "WrkRef", "OprRef", "Quantity", "MQ", "CDate", "RDate", "EDate"}}},
         {{"ORD_PRO", {"OPDAT", "OPDTC", "OPQTA", "OPSTA", "OPTPD", "OPIDD"}},
          {"ORD_FAS", {"IDOPR", "FLSEQ", "FLLAV", "FLQTA", "FLQTM", "FLSTA", "FLACT"}},
+         LookedUp("ORD_COM", {"IDORD"}),
          {"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}}};
     return {.step = "Ordini di produzione",
             .source = {.table = ManufacturingOrders,

@@ -8,7 +8,6 @@
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/SheetFormat.h"
-#include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -44,7 +43,7 @@ void UpdateArticle(ImportRun& run, const SourceRow& row, const QString& article)
 
 RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row) {
     const QString product = row.Text("PrdRef");
-    const KnownFormat format = FindFormat(run, product);
+    const KnownFormat format = FindFormat(run, product, [&] { return ArticleOf(run, product); });
     const QString warehouse = TranslatedCode(run.GetSession(), "WWHH_IIVV", "WrhRef", row.Text("WrhRef"), "MAG_AZZ");
     StockLine line;
     line.warehouse = warehouse.isEmpty() ? schema::defaults::Warehouse : warehouse;
@@ -62,21 +61,6 @@ RowOutcome ImportSaldo(ImportRun& run, StockWriter& writer, const SourceRow& row
 
 // --- Remnants -----------------------------------------------------------------------------------------------------
 
-/// The sheet article of a remnant: that of the sheet it was cut from, else the one of its material and thickness.
-QString SheetOf(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
-    const QString original = row.Text("DIS_ShtRefOrg");
-    if (!original.isEmpty()) {
-        const KnownFormat format = FindFormat(run, original);
-        const QString article = format.article.isEmpty() ? ArticleOf(run, original) : format.article;
-        if (IsThere(session, "ART_ICO", "CDART", article)) {
-            return article;
-        }
-    }
-    return qdxProduction::qdxGetCodiceLamieraEsterno(session, MaterialOf(session, row.Text("DIS_MatRef")),
-                                                     NumberOf(row, "DIS_Thickness"));
-}
-
 /// The code of a remnant, without the prefix that its product has in the CAM.
 QString OffcutOf(const QString& product) {
     static const QString prefix = QStringLiteral("RIT-");
@@ -85,7 +69,7 @@ QString OffcutOf(const QString& product) {
 
 RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& row) {
     const QString product = row.Text("PrdRef");
-    const QString article = SheetOf(run, row);
+    const QString article = cam::SheetOfRemnant(run, row);
     if (article.isEmpty()) {
         run.Log(QStringLiteral("LAMIERA NON TROVATA: %1: '%2'").arg(run.RowKey(), row.Text("DIS_ShtRefOrg")));
         return run.Skip(SheetMissing);
@@ -100,6 +84,7 @@ RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& r
     format.external = product;
     qint64 id = 0;
     const RowOutcome outcome = WriteSheetFormat(run, format, &id);
+    TellFormerFormats(run, format);
     qdxAggiornaImmagineRitagli(run, id, product);
     StockLine line;
     line.warehouse = schema::defaults::Warehouse;
@@ -139,7 +124,8 @@ Procedure InventarioProcedure() {
           .source = {.table = Inventory,
                      .key = "PrdRef",
                      .order = "WrhRef, PrdRef",
-                     .where = "J1.DIS_PClass = " + SheetClass + " AND J1.DIS_IsRemnant = 0 AND T.StockQ <> 0",
+                     .where = "J1.DIS_PClass = " + SheetClass +
+                              " AND (J1.DIS_IsRemnant = 0 OR J1.DIS_IsRemnant IS NULL) AND T.StockQ <> 0",
                      .naming = "WrhRef, PrdRef",
                      .joins = {{.table = Products,
                                 .on = {{"PrdRef"}},

@@ -18,6 +18,8 @@
 #include <QDir>
 #include <QSet>
 
+#include <algorithm>
+
 using namespace contract;
 
 namespace modImport_Lantek30 {
@@ -108,12 +110,13 @@ public:
     int Copied() const { return m_copied; }
 
 private:
-    QString OfProduct(const QString& keyColumn, const QString& product) const {
+    /// @param product as it was read
+    QString OfProduct(const QString& keyColumn, const QVariant& product) const {
         return " WHERE " + keyColumn + " = " + LiteralOf(m_cams.Current(), product);
     }
     void Insert(const QString& table, const SourceRow& row);
-    void CopyParts(const QString& table, const QString& keyColumn, const QString& product);
-    void Remove(const QString& product, bool parts);
+    void CopyParts(const QString& table, const QString& keyColumn, const QVariant& product);
+    void Remove(const QVariant& product, bool parts);
     void CopyFiles(const QString& product);
     QStringList CommonColumns(const QString& table);
 
@@ -169,13 +172,13 @@ void Copier::Insert(const QString& table, const SourceRow& row) {
                              ')');
 }
 
-void Copier::CopyParts(const QString& table, const QString& keyColumn, const QString& product) {
+void Copier::CopyParts(const QString& table, const QString& keyColumn, const QVariant& product) {
     ForEachChild(m_run.GetSession(), "SELECT * FROM " + table + OfProduct(keyColumn, product), table, keyColumn,
                  [&](const SourceRow& row) { Insert(table, row); });
 }
 
 /// Takes back a product that was copied by halves.
-void Copier::Remove(const QString& product, bool parts) {
+void Copier::Remove(const QVariant& product, bool parts) {
     m_cams.Current().Execute("DELETE FROM " + Products + OfProduct("PrdRef", product));
     if (parts) {
         m_cams.Current().Execute("DELETE FROM " + Operations + OfProduct("PrdRef", product));
@@ -194,7 +197,7 @@ void Copier::CopyFiles(const QString& product) {
 }
 
 RowOutcome Copier::Product(const SourceRow& row, bool parts) {
-    const QString product = row.Text("PrdRef");
+    const QVariant product = row.Value("PrdRef");
     if (m_cams.Current().ExecuteCommand("SELECT COUNT(*) FROM " + Products + OfProduct("PrdRef", product)) > 0) {
         return m_run.Skip("già nella banca dati CAM corrente");
     }
@@ -208,7 +211,7 @@ RowOutcome Copier::Product(const SourceRow& row, bool parts) {
         Remove(product, parts);
         throw;
     }
-    CopyFiles(product);
+    CopyFiles(row.Text("PrdRef"));
     ++m_copied;
     return RowOutcome::Inserted;
 }
@@ -308,6 +311,7 @@ public:
 
 private:
     double QuantityOf(const SourceRow& row);
+    QString SheetOf(const SourceRow& row, bool isRemnant) const;
 
     ImportRun& m_run;
     StockWriter m_writer;
@@ -330,9 +334,17 @@ double Stocktaker::QuantityOf(const SourceRow& row) {
     return std::max(0.0, quantity - taken);
 }
 
+/// The article whose sheet a product is by now.
+QString Stocktaker::SheetOf(const SourceRow& row, bool isRemnant) const {
+    const bool tellsSheet =
+        std::ranges::all_of(cam::SheetColumns, [&row](const QString& column) { return row.HasColumn(column); });
+    return isRemnant && tellsSheet ? cam::SheetOfRemnant(m_run, row) : cam::ArticleOf(m_run, row.Text("PrdRef"));
+}
+
 RowOutcome Stocktaker::Row(const SourceRow& row) {
     const QString product = row.Text("PrdRef");
-    const KnownFormat format = FindFormat(m_run, product);
+    const bool isRemnant = mod_ovTools::ToBoolean(row.Value("DIS_IsRemnant"));
+    const KnownFormat format = FindFormat(m_run, product, [&] { return SheetOf(row, isRemnant); });
     const QString warehouse = TranslatedCode(m_run.GetSession(), "WWHH_IIVV", "WrhRef", row.Text("WrhRef"), "MAG_AZZ");
     StockLine line;
     line.quantity = QuantityOf(row);
@@ -343,7 +355,7 @@ RowOutcome Stocktaker::Row(const SourceRow& row) {
     line.location = row.Text("LocDefault");
     line.sheet = true;
     line.format = format.code;
-    if (mod_ovTools::ToBoolean(row.Value("DIS_IsRemnant"))) {
+    if (isRemnant) {
         line.offcut = format.offcut.isEmpty() ? product : format.offcut;
     }
     line.length = NumberOf(row, "DIS_Length");
@@ -356,7 +368,8 @@ const Needs& InventarioNeeds() {
         Needs all{{},
                   {{Products,
                     {"PrdRef", "DIS_PClass", "DIS_CamQuan", "DIS_InProgress", "DIS_Length", "DIS_Width",
-                     "DIS_IsRemnant", "DIS_Price", "CurCost"}},
+                     "DIS_IsRemnant", "DIS_Price", "CurCost"},
+                    cam::SheetColumns},
                    {Inventory, {"PrdRef", "StockQ", "WrhRef", "LocDefault"}}},
                   StockNeeds(),
                   {{.list = "WWHH_IIVV", .field = "WrhRef", .table = "MOV_MAR", .column = "MRMAG"}}};

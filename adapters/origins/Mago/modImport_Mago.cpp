@@ -43,9 +43,6 @@ const std::vector<Tie> OfParty{{"CustSuppType"}, {"CustSupp"}};
 /// A code of the counterparties, translated.
 Rule Coded(const QString& column) { return Translated(CustSupp, column); }
 
-/// A day, left out when there is none.
-Rule DayThere() { return NotNull(Day(NoDay)); }
-
 // --- VAT numbers --------------------------------------------------------------------------------------------------
 
 /// A VAT number without blanks, "." and "-" and, of an Italian one, without its "IT" and with the zeros in front that
@@ -89,7 +86,7 @@ Rule LinkedCustomer() {
                 ovConnection& source = input.session.SourceConnection();
                 const Recordset customer =
                     source.ExecuteWC("SELECT CustSupp FROM MA_CustSupp WHERE CustSuppType = " + CustomerType +
-                                     " AND CustSupp = " + LiteralOf(source, code));
+                                     " AND CustSupp = " + LiteralOf(source, input.Value()));
                 if (!customer.Eof()) {
                     throw ImportError(QStringLiteral("il cliente collegato '%1' non è stato importato").arg(code));
                 }
@@ -231,7 +228,7 @@ std::vector<MapLine> CommonLines() {
         {"COPER", "NaturalPerson", Flag()},
         {"COCOG", "LastName", NotBlank(Text())},
         {"CONOM", "Name", NotBlank(Text())},
-        {"CODTN", "DateOfBirth", DayThere()},
+        {"CODTN", "DateOfBirth", DayThere(NoDay)},
         {"CONAT", "CityOfBirth", NotBlank(Text())},
         {"COPRN", "CountyOfBirth", NotBlank(Text())},
         {"COSEX", "Gender", Enumerated({{"2097152", "M"}, {"2097153", "F"}})},
@@ -266,7 +263,7 @@ std::vector<MapLine> CommonLines() {
         {"COMOS", "Shipping", Coded("Shipping")},
         {"COVEP", "Carrier1", Coded("Carrier1")},
         {"COINV", "InsertionDate", Or(Day(NoDay), Today())},
-        {"DTINS", "TBCreated", DayThere()},
+        {"DTINS", "TBCreated", DayThere(NoDay)},
         {"COANN", "Disabled", Flag()},
         {"COPCY", "PrivacyStatement", Flag()},
         {"CONOT", "Notes", WithLines(CustSupp, notes, "Notes")},
@@ -315,7 +312,7 @@ Counterparties PartiesOf(const Half& half) {
                     .mail = "EMail",
                     .web = "Internet",
                     .telex = "Telex"},
-        .created = {"TBCreated", DayThere()},
+        .created = {"TBCreated", DayThere(NoDay)},
         .branches = {Destinazioni()},
         .contacts = {{.lines = {{"RFNOM", "ContactPerson", Text()}}}, Persone(half.roles.customer)},
     };
@@ -346,9 +343,9 @@ Counterparties Clienti() {
         {"CORGS", "OneInvoicePerDN", NotBlank(Choice({{"1", "N"}}, "S"))},
         {"COSPP", "PASplitPayment", SplitPayment()},
         {"COINT", "DeclarationOfIntentNo", NotBlank(Text())},
-        {"COINI", "DeclarationOfIntentDate", DayThere()},
+        {"COINI", "DeclarationOfIntentDate", DayThere(NoDay)},
         {"CONRI", "DeclarationOfIntentOurNo", NotBlank(Text())},
-        {"COSCI", "DeclarationOfIntentDueDate", DayThere()},
+        {"COSCI", "DeclarationOfIntentDueDate", DayThere(NoDay)},
     };
     customers.more = CompleteCustomer;
     customers.further = {{}, {{CustomerOptions, {}, {"ExemptFromTax", "TaxCode"}}}, {}};

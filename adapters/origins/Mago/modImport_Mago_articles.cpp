@@ -139,7 +139,7 @@ Articles Articoli() {
                 {"ARANN", "Disabled", Flag()},
                 {"ARNOT", "InternalNote, PublicNote", OnLines()},
                 {"ARDIS", "Picture", Text()},
-                {"DTINS", "CreationDate", NotNull(Day(NoDay))},
+                {"DTINS", "CreationDate", DayThere(NoDay)},
             },
         .suppliers = {{
             .rows = {.table = Suppliers,

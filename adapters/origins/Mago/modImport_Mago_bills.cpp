@@ -70,7 +70,7 @@ Bills Distinte() {
             {
                 {"DBANN", "Disabled", Flag()},
                 {"DBACT", "InProduction", Flag()},
-                {"DTINS", "CreationDate", NotNull(Day(NoDay))},
+                {"DTINS", "CreationDate", DayThere(NoDay)},
             },
         .components =
             {

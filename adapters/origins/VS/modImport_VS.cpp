@@ -12,6 +12,7 @@
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
+#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -20,7 +21,8 @@ namespace modImport_VS {
 
 const contract::Origin& Entry();
 
-QString GetNewControparteFromVisual(Session& session, const QString& code, bool customer) {
+QString GetNewControparteFromVisual(Session& session, const QVariant& read, bool customer) {
+    const QString code = mod_ovTools::ToText(read).trimmed();
     if (code.isEmpty()) {
         return {};
     }
@@ -35,7 +37,7 @@ QString GetNewControparteFromVisual(Session& session, const QString& code, bool 
     }
     ovConnection& source = session.SourceConnection();
     const Recordset rows = source.ExecuteWC(QStringLiteral("SELECT PARTITA_IVA, CODICE_FISCALE FROM %1 WHERE %2 = %3")
-                                                .arg(table, column, LiteralOf(source, code)));
+                                                .arg(table, column, LiteralOf(source, read)));
     if (rows.Eof()) {
         return {};
     }

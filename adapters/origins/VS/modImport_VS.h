@@ -20,8 +20,8 @@ inline const QString CodFornitore = QStringLiteral("COD_FORNITORE");
 
 /// CDCON of a customer (supplier) of the source: translated through SYS_IMP, else that of the one imported from the
 /// code, else the one with the VAT number or tax code that the source has for it: the counterparties may have come from
-/// another origin. Empty when there is none.
-QString GetNewControparteFromVisual(Session& session, const QString& code, bool customer);
+/// another origin. Empty when there is none. @param read the code as it was read
+QString GetNewControparteFromVisual(Session& session, const QVariant& read, bool customer);
 /// What it reads.
 std::vector<contract::TableNeed> RegisterReads(bool customer);
 

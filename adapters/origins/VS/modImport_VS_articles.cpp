@@ -25,7 +25,7 @@ Rule Supplier() {
     return {
         "controparte come la trova GetNewControparteFromVisual; se manca va nel log e non si scrive",
         [](const RuleInput& input) -> RuleValue {
-            const QString code = GetNewControparteFromVisual(input.session, input.Text(), false);
+            const QString code = GetNewControparteFromVisual(input.session, input.Value(), false);
             if (code.isEmpty() && !input.Text().isEmpty()) {
                 modImport::LogNote(
                     input.session,

@@ -4,8 +4,10 @@
 #include "adapters/origins/VS/modImport_VS.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/Bill.h"
+#include "adapters/contract/write/componentUnit.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -35,21 +37,6 @@ struct Bill {
     QStringList leftOut = {}; ///< articles of components that Quadrix lacks
 };
 
-/// A component's quantity counts in the unit of its article; another one is told, as nobody converts it.
-void TellOtherUnit(ImportRun& run, const SourceRow& row, const QString& article) {
-    Session& session = run.GetSession();
-    const QString unit = row.Text("UM");
-    if (unit.isEmpty()) {
-        return;
-    }
-    const QString known = modImport::GetNewCode(session, ArticoliTable, "UM", unit, false);
-    const QString own = LookUp(session, "ART_ICO", "CDART", article, "ARUMS");
-    if ((known.isEmpty() ? unit : known).compare(own, Qt::CaseInsensitive) != 0) {
-        run.Log(QStringLiteral("UNITÀ DI MISURA DIVERSA: %1: '%2' è in '%3', l'articolo in '%4'")
-                    .arg(NameOf(row, DistintaBase, RowKey), article, unit, own));
-    }
-}
-
 /// Adds the row to the components of its bill, unless its article is missing.
 void AddComponent(ImportRun& run, const SourceRow& row, Bill& bill) {
     const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", row.Text("FIGLIO"));
@@ -57,7 +44,9 @@ void AddComponent(ImportRun& run, const SourceRow& row, Bill& bill) {
         bill.leftOut.append(article);
         return;
     }
-    TellOtherUnit(run, row, article);
+    const QString unit = row.Text("UM");
+    TellOtherUnit(run, NameOf(row, DistintaBase, RowKey), article, unit,
+                  modImport::GetNewCode(run.GetSession(), ArticoliTable, "UM", unit, false));
     bill.components.push_back({article, NumberOf(row, "QUANTITA"), row.Text("NOTE"), row.Value("POSIZIONE")});
 }
 
@@ -67,11 +56,12 @@ void TellReplaced(ImportRun& run, const Bill& former, const Bill& last) {
                 .arg(run.RowKey(), last.text, QString::number(last.revision), former.text));
 }
 
-/// The bills of a parent, the revision in force last.
-std::vector<Bill> BillsOf(ImportRun& run, const QString& parent) {
+/// The bills of a parent, the revision in force last. @param parent a row with PADRE
+std::vector<Bill> BillsOf(ImportRun& run, const SourceRow& parent) {
     std::map<std::pair<qint64, QString>, Bill> bills;
     ForEachChild(run.GetSession(),
-                 "SELECT * FROM DISTINTA_BASE WHERE PADRE = " + run.Quoted(parent) + " ORDER BY POSIZIONE",
+                 "SELECT * FROM DISTINTA_BASE WHERE " + TiedTo(run.GetSession().SourceConnection(), "PADRE", parent) +
+                     " ORDER BY POSIZIONE",
                  DistintaBase, RowKey, [&](const SourceRow& row) {
                      const QString text = row.Text("REVISIONE");
                      AddComponent(run, row, bills.try_emplace(PlaceOfRevision(text), Bill{0, text, {}}).first->second);
@@ -107,12 +97,14 @@ Phase PhaseOf(ImportRun& run, const SourceRow& row, int last) {
 }
 
 /// Writes the phases of the bill begun last and returns the RECORD_ID of the first, which consumes the components.
-qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
+qint64 WritePhases(ImportRun& run, BillWriter& writer, const SourceRow& parent) {
     qint64 first = 0;
     int last = 0;
     ForEachChild(run.GetSession(),
-                 "SELECT * FROM CICLI WHERE COD_ARTICOLO = " + run.Quoted(parent) + " ORDER BY NUM_FASE", Cicli,
-                 PhaseKey, [&](const SourceRow& row) {
+                 "SELECT * FROM CICLI WHERE " +
+                     TiedTo(run.GetSession().SourceConnection(), "COD_ARTICOLO", parent, "PADRE") +
+                     " ORDER BY NUM_FASE",
+                 Cicli, PhaseKey, [&](const SourceRow& row) {
                      const Phase phase = PhaseOf(run, row, last);
                      last = phase.sequence;
                      const qint64 id = writer.Write(phase);
@@ -121,16 +113,17 @@ qint64 WritePhases(ImportRun& run, BillWriter& writer, const QString& parent) {
     return first == 0 ? writer.WriteGeneric() : first;
 }
 
-RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
-    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", parent);
+RowOutcome ImportDistinta(ImportRun& run, BillWriter& writer, const SourceRow& parent) {
+    const QString code = parent.Text("PADRE");
+    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", code);
     if (!IsImported(run, article)) {
         writer.Meet(article);
         return run.Skip(ArticleMissing);
     }
-    RowOutcome outcome = FillsCodes(run) ? RowOutcome::Skipped : RowOutcome::Updated;
+    RowOutcome outcome = RowOutcome::Skipped;
     const std::vector<Bill> bills = BillsOf(run, parent);
     for (const Bill& bill : bills) {
-        const BillHead head{article, parent, bill.revision, &bill == &bills.back(), true};
+        const BillHead head{article, code, bill.revision, &bill == &bills.back(), true};
         if (FillsCodes(run) && writer.Find(head) == 0) {
             continue;
         }
@@ -216,8 +209,9 @@ void Remove(ImportRun& run, const Gone& component) {
         QStringLiteral("COMPONENTE ELIMINATO: %1: '%2' non è più nell'origine").arg(run.RowKey(), component.article));
 }
 
-RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& parent) {
-    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", parent);
+RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const SourceRow& parent) {
+    const QString code = parent.Text("PADRE");
+    const QString article = ArticleCodeOf(run.GetSession(), ArticoliTable, "COD_ARTICOLO", code);
     writer.Meet(article);
     RowOutcome outcome = run.Skip("distinta che nessuna importazione ha scritto");
     std::vector<Gone> gone;
@@ -225,7 +219,7 @@ RowOutcome CorreggiDistinta(ImportRun& run, BillWriter& writer, const QString& p
         if (ImportedBill(run.GetSession(), article, bill.revision) == 0) {
             continue;
         }
-        outcome = writer.Begin(BillHead{article, parent, bill.revision});
+        outcome = writer.Begin(BillHead{article, code, bill.revision});
         for (const Component& component : bill.components) {
             CorrectComponent(run, writer, component);
         }
@@ -271,10 +265,9 @@ void ImportDistinteVSP(Session& session, const QString& singleCode, bool reset) 
         run.AnnounceAppending("Inizio importazione Distinte Base da Visual Space");
         run.Preflight(DistinteNeeds());
         Empty(run, reset, BillEmptying());
-        ImportBills(
-            run, Parents(run, "Distinte Base", singleCode), singleCode,
-            "Distinte Base Visual Space importate correttamente: %1 (Fasi: %2, Comp.: %3)",
-            [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row.Text("PADRE")); });
+        ImportBills(run, Parents(run, "Distinte Base", singleCode), singleCode,
+                    "Distinte Base Visual Space importate correttamente: %1 (Fasi: %2, Comp.: %3)",
+                    [&](BillWriter& writer, const SourceRow& row) { return ImportDistinta(run, writer, row); });
     });
 }
 
@@ -293,9 +286,8 @@ void CorreggiDistinteVSP(Session& session, const QString& singleCode, bool /*res
         }
         run.AnnounceAppending("Inizio correzione Distinte Base da Visual Space");
         run.Preflight(CorrezioneNeeds());
-        ImportBills(
-            run, Parents(run, "Correzione Distinte Base", singleCode), singleCode, "Distinte Base corrette!",
-            [&](BillWriter& writer, const SourceRow& row) { return CorreggiDistinta(run, writer, row.Text("PADRE")); });
+        ImportBills(run, Parents(run, "Correzione Distinte Base", singleCode), singleCode, "Distinte Base corrette!",
+                    [&](BillWriter& writer, const SourceRow& row) { return CorreggiDistinta(run, writer, row); });
     });
 }
 

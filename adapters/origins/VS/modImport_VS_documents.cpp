@@ -27,7 +27,8 @@ Rule Counterparty(bool customer) {
     return {"controparte come la trova GetNewControparteFromVisual; riga abbandonata se manca",
             [customer](const RuleInput& input) -> RuleValue {
                 const QString code = input.Text();
-                return FoundParty(GetNewControparteFromVisual(input.session, code, customer), code, RoleText(customer));
+                return FoundParty(GetNewControparteFromVisual(input.session, input.Value(), customer), code,
+                                  RoleText(customer));
             },
             Side::Both, RegisterReads(customer)};
 }

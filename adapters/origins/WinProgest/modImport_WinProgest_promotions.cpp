@@ -3,6 +3,7 @@
 #include "adapters/contract/kinds/ImportTable.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/BaseTable.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "adapters/origins/WinProgest/modImport_WinProgest.h"
@@ -130,7 +131,7 @@ public:
     bool End() override;
 
 private:
-    void WriteDiscounts(const Facts& facts);
+    void WriteDiscounts(const SourceRow& promotion, const Facts& facts);
     void Write(std::vector<TargetRow>& rows, std::vector<Sconto> known, const QString& code);
 
     QSet<QString> m_met; ///< codes, in capitals
@@ -141,14 +142,16 @@ RowOutcome PromotionImporter::Row(const SourceRow& row) {
     Run().Remember(m_met, mod_ovTools::UpperChars(facts.code));
     const RowOutcome outcome = WriteByCode(Run(), TestePromozione(), row, facts);
     if (outcome != RowOutcome::Skipped) {
-        WriteDiscounts(facts);
+        WriteDiscounts(row, facts);
     }
     return outcome;
 }
 
-void PromotionImporter::WriteDiscounts(const Facts& facts) {
+void PromotionImporter::WriteDiscounts(const SourceRow& promotion, const Facts& facts) {
     std::vector<TargetRow> rows;
-    ForEachChild(GetSession(), "SELECT * FROM PROMOR\rWHERE CODPRO = " + Run().Quoted(facts.code) + "\rORDER BY CODART",
+    ForEachChild(GetSession(),
+                 "SELECT * FROM PROMOR\rWHERE " + TiedTo(GetSession().SourceConnection(), "CODPRO", promotion) +
+                     "\rORDER BY CODART",
                  Promor, "CODART", [&](const SourceRow& discount) {
                      RighePromozione().Apply(rows.emplace_back(Run(), "PRO_MOR"), GetSession(), discount, facts);
                      if (!discount.IsBlank("CODART")) {
