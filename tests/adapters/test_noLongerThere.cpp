@@ -42,6 +42,11 @@ private slots:
         Row("code at a supplier that is none of the article any more", "modImport_OS1", "ImportArticoliOS1",
             "DELETE FROM ARTFORN WHERE CodFornitore = '124' AND Codice = 'te-100'",
             "CODICI: articolo 'TE-100', 'VR-1' di '000126': 1 rimane in Quadrix");
+        Row("list of a customer", "modImport_AccessVelmoran", "ImportListiniAccessVelmoran",
+            "UPDATE Listini SET CodCliente = NULL WHERE Codice = 'H2'",
+            "LISTINI DEI CLIENTI: 'H2' di '000102': 1 rimane in Quadrix");
+        Row("supplier of an article", "modImport_OSL", "ImportArticoliOSL", "UPDATE ARTICOLI SET CODFOR = NULL",
+            "FORNITORI: articolo 'TE-100', '000301', non più abituale: 1 rimane in Quadrix");
         Row("code of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET CodiceBarre = NULL",
             "CODICI: articolo 'TE-100', '8001234567890': 1 rimane in Quadrix");
         Row("location of an article", "modImport_OS1", "ImportArticoliOS1", "UPDATE ARTICOLI SET Ubicazione = NULL",
@@ -76,6 +81,9 @@ private slots:
             "GIACENZE: movimento 1/2024, magazzino '001': 1 rimane in Quadrix");
         Row("sheets of which there are none", "modImport_Lantek24", "ImportInventarioLantek24",
             "UPDATE WWHH_IIVV_00000100 SET StockQ = 0", "GIACENZE: movimento");
+        Row("handling unit", "modImport_AUTOMA", "ImportInventarioAUTOMA",
+            "UPDATE GIACENZE SET ID_UDC = NULL WHERE COD_ARTICOLO LIKE 'L15%'",
+            "UNITÀ DI CARICO: 'U-1', ubicazione 'A-02': 1 rimane in Quadrix");
         Row("balances of a warehouse that is empty", "modImport_AdHoc", "ImportInventarioAhr",
             "UPDATE SALDIART SET SLQTAPER = 0 WHERE SLCODMAG = '002'", "magazzino '002': 1 rimane in Quadrix");
     }
@@ -167,9 +175,33 @@ private slots:
         QVERIFY2(log.contains("UBICAZIONI NON PIÙ NELL'ORIGINE"), qPrintable(log));
     }
 
+    /// The columns of a file hold several suppliers of an article each.
+    void WhatAFileHasClearedOfASupplierGoes() {
+        const QString module = "modImport_Mexal";
+        bool isCleared = false;
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), TestTarget::On::Embedded,
+                        [&](ovConnection& source) {
+                            if (isCleared) {
+                                source.Execute("UPDATE ART_MAG SET [_ARCOF(1)] = NULL, [_ARGGR(1)] = NULL, [_ARLOT(1)] "
+                                               "= NULL, [_ARFOR(2)] = NULL, [_ARFOR(3)] = NULL");
+                            }
+                        });
+        fixture.Run();
+        const QString links = "SELECT AFGGR, AFLOR FROM X01_ART_FOR WHERE CDART = '00120' AND AFABI <> 0";
+        QCOMPARE(fixture.Target().Rows(links), QStringList("15|10"));
+        isCleared = true;
+        fixture.RunLine("ImportArticoliMEX");
+        QCOMPARE(fixture.Target().Rows(links), QStringList("NULL|NULL"));
+        const QString log = QString::fromLatin1(fixture.Target().Log()).section("Inizio", -1);
+        QVERIFY2(log.contains("articolo '00120', 'AS-77' di '"), qPrintable(log));
+        QVERIFY2(log.contains("FORNITORI NON PIÙ NELL'ORIGINE"), qPrintable(log));
+    }
+
     void WhatMayBeOfAnotherOriginIsNotTold_data() {
         Columns<QString, QString, QString, QString, QString>("module", "procedure", "table", "change", "told");
         Row("codes", "modImport_OS1", "ImportArticoliOS1", "X01_ART_ICO", "UPDATE ARTICOLI SET CodiceBarre = NULL",
+            "articoli");
+        Row("suppliers", "modImport_OSL", "ImportArticoliOSL", "X01_ART_ICO", "UPDATE ARTICOLI SET CODFOR = NULL",
             "articoli");
         Row("attributes", "modImport_BMS", "ImportArticoliBMS", "X01_ART_ICO", "DELETE FROM LGARTCAR", "attributi");
         Row("bills", "modImport_OSL", "ImportDistinteOSL", "X01_DIS_BAS", "DELETE FROM DISTINTA WHERE PADRE = 'te-100'",
@@ -304,6 +336,25 @@ private slots:
             "UPDATE ARTICOLI SET CodiceBarre = CASE Codice WHEN 'TE-200' THEN '8001234567890' END; UPDATE ARTFORN SET "
             "CodArtFornitore = 'VR-3' WHERE CodArtFornitore = 'VR-1'",
             codes, "TE-100|AS-77\nTE-100|VR-1\nTE-100|VR-3\nTE-200|8001234567890\nTE-200|VR-2");
+        const QString preferred = "CDART FROM X01_ART_FOR WHERE AFABI <> 0";
+        Row("supplier", "modImport_OSL", "ImportArticoliOSL", "UPDATE ARTICOLI SET CODFOR = NULL", preferred, "");
+        Row("supplier of a column that is not there", "modImport_OSL", "ImportArticoliOSL",
+            "[COLONNE]\nARTICOLI.CODFOR=\n", preferred, "TE-100");
+        Row("supplier who is not there", "modImport_OSL", "ImportArticoliOSL", "UPDATE ARTICOLI SET CODFOR = '999'",
+            preferred, "TE-100");
+        Row("supplier, of an article alone", "modImport_OSL", "ImportArticoliOSL code=te-100",
+            "UPDATE ARTICOLI SET CODFOR = NULL", preferred, "TE-100");
+        Row("second unit", "modImport_ArcaEvolution", "ImportArticoliArcaEvolution",
+            "DELETE FROM ARARMisura WHERE Cd_ARMisura <> 'PZ'",
+            "ARUM2, ARCOE, ARUMV FROM X01_ART_ICO WHERE CDART = 'AB-01'", "NULL|NULL|NR");
+        Row("tolerances", "modImport_Factory", "ImportControlliFactory",
+            "UPDATE CONTROLLI SET TOLMIN = NULL, TOLMAX = NULL WHERE VALNOM = '12'",
+            "CKVAL, CKMIN, CKMAX FROM X01_CHK_LST WHERE CKVAL = '12'", "12|NULL|NULL");
+        const QString ends = "DISTINCT LAFIV FROM X01_LIS_ART WHERE LAINV LIKE '2024%'";
+        Row("end of a price, to SQL Server", "modImport_Factory", "ImportListiniFactory",
+            "UPDATE LISTRIGHE SET DATAFIN = '19000101 00:00:00' WHERE DATAFIN <> ''", ends, "NULL");
+        Row("end of a price, as zero", "modImport_Vision", "ImportListiniVision",
+            "UPDATE LISTINI_R SET DATA_FIN = '18991230 00:00:00' WHERE DATA_FIN <> ''", ends, "NULL");
         Row("attribute without the column of values", "modImport_BMS", "ImportArticoliBMS",
             "[COLONNE]\nLGARTCAR.VALORE=\n", "COUNT(*) FROM X01_FLD_VAL WHERE FLVAL <> ''", "1");
         Row("attribute", "modImport_BMS", "ImportArticoliBMS", "UPDATE LGARTCAR SET VALORE = ' '",

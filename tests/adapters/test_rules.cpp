@@ -1,3 +1,4 @@
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/Mapping.h"
 #include "adapters/contract/map/numberedLists.h"
 #include "adapters/contract/map/rules.h"
@@ -42,6 +43,7 @@ private slots:
                 QString("INSERT INTO SYS_IMP (TBNAM, TBFLD, TBOLD, TBNEW) VALUES ('tab', 'col', %1)").arg(row));
         }
         m_target->Execute("INSERT INTO X01_CON_TRO (CDCON, COFGE, CORAS) VALUES ('000007', 'F7', 'Acciai')");
+        m_target->Execute("INSERT INTO TAB_IVA (CDIVA, IVDES) VALUES ('E10', 'Esente art. 10')");
     }
     void cleanupTestCase() { m_target.reset(); }
 
@@ -267,12 +269,12 @@ private:
         Row("Part, trimmed then cut", Part(4, 3), "'abc  12345' A", "123");
         Row("Digits", Digits(5), "'3069' A", "03069");
         Row("Digits, longer", Digits(3), "'12345' A", "12345");
-        Row("Digits, of a number", ThreeDigits(), "7 A", "007");
-        Row("Digits, not whole", ThreeDigits(), "'1.5' A", "1.5");
-        Row("Digits, negative", ThreeDigits(), "'-1' A", "-1");
-        Row("Digits, no number", ThreeDigits(), "'EST' A", "EST");
-        Row("Digits, with a fraction of nothing", ThreeDigits(), "'7,0' A", "007");
-        Row("Digits, a code like a number", ThreeDigits(), "'1E1' A", "1E1");
+        Row("Digits, of a number", Digits(3), "7 A", "007");
+        Row("Digits, not whole", Digits(3), "'1.5' A", "1.5");
+        Row("Digits, negative", Digits(3), "'-1' A", "-1");
+        Row("Digits, no number", Digits(3), "'EST' A", "EST");
+        Row("Digits, with a fraction of nothing", Digits(3), "'7,0' A", "007");
+        Row("Digits, a code like a number", Digits(3), "'1E1' A", "1E1");
         Row("Digits, more than a number has", Digits(5), "'123456789012345678901' A", "123456789012345678901");
         Row("WithoutBlanks", WithoutBlanks(), "'IT60 X030 6905' A", "IT60X0306905");
         Row("CodeAndText", CodeAndText(9), "'Vite' A", "K1 - Vite");
@@ -321,8 +323,11 @@ private:
         Row("Currency, blank", Currency(table, field), "'' A", "EUR");
         Row("ExemptVat, known to Quadrix", ExemptVat(table, field), "'N4' A", "N4");
         Row("ExemptVat, rate zero", ExemptVat(table, field), "'n4' A", "N4");
+        Row("ExemptVat, blank rate", ExemptVat(table, field), "'E10' A", "E10");
         Row("ExemptVat, ordinary rate", ExemptVat(table, field), "'ord' A", LeftOut);
         Row("ExemptVat, not in TAB_IVA", ExemptVat(table, field), "'zz' A", LeftOut);
+        Row("VatRate", VatRate(), "'22,5' A", "22.5");
+        Row("VatRate, blank", VatRate(), "NULL A", "0");
         Row("Country, translated", Country(table, field), "'D' A", "DEU");
         Row("Country, blank", Country(table, field), "NULL A", "ITA");
         Row("Country, Italy", Country(table, field), "'Italia' A", "ITA");
@@ -367,7 +372,10 @@ private:
         Row("DateText, zeros", DateText("yyyyMMdd"), "'00000000' A", Null);
         Row("DateText, separators alone", DateText("dd/MM/yyyy"), "'  /  /    ' A", Null);
         Row("Day", Day(), "'20230115' A", "2023-01-15");
-        Row("Day, the one for none", Day(QDate(1900, 1, 1)), "'19000101' A", Null);
+        Row("Day, the one for none", Day(QDate(1799, 12, 31)), "'17991231' A", Null);
+        Row("Day, none of SQL Server", Day(), "'19000101' A", Null);
+        Row("Day, zero", Day(), "'30/12/1899' A", Null);
+        Row("DayOrToday, none", DayOrToday(), "'19000101' A", "2024-03-05");
         Row("Day, blank", Day(), "' ' A", Null);
         Row("Implied", Implied(2), "'0012345' A", "123.45");
         Row("Implied, negative", Implied(3), "'-1500' A", "-1.5");

@@ -1,7 +1,7 @@
 #include "adapters/contract/kinds/Articles.h"
 
+#include "adapters/contract/kinds/articlesTold.h"
 #include "adapters/contract/map/lookups.h"
-#include "adapters/contract/write/ArticleRemains.h"
 #include "adapters/contract/write/cutTexts.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
@@ -129,7 +129,8 @@ public:
         if (!condition.isEmpty() && !Run().IsPart()) {
             Run().Tell(QStringLiteral("Condizione delle impostazioni: si leggono gli articoli con %1").arg(condition));
         }
-        LookAtSource();
+        m_remains.Begin(ToldBy(GetSession(), m_kind->declared));
+        m_tellsUnits = TellsUnits(GetSession(), m_kind->declared);
     }
     RowOutcome Row(const SourceRow& row) override;
     bool End() override {
@@ -138,10 +139,11 @@ public:
     }
 
 private:
-    void LookAtSource();
     void SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes = nullptr) const;
     void TellCancelled(const SourceRow& row) const;
+    void ClearUnits(TargetRow& target) const;
     void Claim(const SourceRow& row, const QString& article);
+    void WriteLink(SupplierLinks& links, const QString& article, const FoundSupplier& supplier);
     void LinkSuppliers(const SourceRow& row, const QString& article);
     SupplierLink LinkOf(const SourceRow& row, const SupplierOfArticle& of, const QString& supplier, bool isFirst) const;
     QString DescriptionThere(const SourceRow& row, const Field& description) const;
@@ -156,84 +158,8 @@ private:
     FreeAttributeWriter m_attributes;
     ArticleRemains m_remains;
     QString m_last; ///< CDART of the article carried over last
+    bool m_tellsUnits = false;
 };
-
-/// Whether the source has the columns that a field reads, of a table or of those joined with it.
-class ColumnsOfSource {
-public:
-    ColumnsOfSource(Session& session, const SourceTable& source)
-        : m_session(session),
-          m_source(source) {}
-
-    bool Has(const ChildTable& rows, const Field& field) {
-        if (!rows.table.isEmpty()) {
-            return AreIn({rows.table}, field);
-        }
-        QStringList tables{m_source.table};
-        for (const Join& join : m_source.joins) {
-            tables.append(join.table);
-        }
-        return AreIn(tables, field);
-    }
-
-private:
-    /// A sheet may have a point in the name of a column: then it is no alias that stands before it.
-    bool AreIn(const QStringList& tables, const Field& field) {
-        const QStringList columns = field.Columns();
-        return std::all_of(columns.begin(), columns.end(), [&](const QString& column) {
-            const QString bare = BareColumns(column).value(0);
-            return std::any_of(tables.begin(), tables.end(), [&](const QString& table) {
-                return Of(table).contains(column, Qt::CaseInsensitive) || Of(table).contains(bare, Qt::CaseInsensitive);
-            });
-        });
-    }
-    const QStringList& Of(const QString& table) {
-        QStringList& columns = m_columns[table];
-        if (columns.isEmpty()) {
-            for (const ColumnInfo& column : m_session.SourceConnection().GetColumns(table)) {
-                columns.append(column.name);
-            }
-        }
-        return columns;
-    }
-
-    Session& m_session;
-    const SourceTable& m_source;
-    QHash<QString, QStringList> m_columns; ///< by table
-};
-
-/// What the source has no column for, it does not say that there is none of.
-void ArticleImporter::LookAtSource() {
-    const Articles& declared = m_kind->declared;
-    ColumnsOfSource columns(GetSession(), declared.source);
-    int internal = 0;
-    int ofCounterparties = 0;
-    bool hasInternal = true;
-    bool hasOfCounterparties = true;
-    for (const Aliases& each : declared.aliases) {
-        const bool has = columns.Has(each.rows, each.code);
-        if (each.counterparty.IsSet()) {
-            ++ofCounterparties;
-            hasOfCounterparties = hasOfCounterparties && has && columns.Has(each.rows, each.counterparty);
-        } else {
-            ++internal;
-            hasInternal = hasInternal && has;
-        }
-    }
-    for (const SupplierOfArticle& each : declared.suppliers) {
-        if (each.ownCode.IsSet()) {
-            ++ofCounterparties;
-            hasOfCounterparties =
-                hasOfCounterparties && columns.Has(each.rows, each.supplier) && columns.Has(each.rows, each.ownCode);
-        }
-    }
-    const bool hasTexts = std::all_of(declared.languages.begin(), declared.languages.end(),
-                                      [&](const LanguageTexts& each) { return columns.Has(each.rows, each.text); });
-    m_remains.Begin({.internalCodes = internal > 0 && hasInternal,
-                     .counterpartyCodes = ofCounterparties > 0 && hasOfCounterparties,
-                     .texts = !declared.languages.empty() && hasTexts,
-                     .location = declared.location.IsSet() && columns.Has({}, declared.location)});
-}
 
 RowOutcome ArticleImporter::Row(const SourceRow& row) {
     const Articles& declared = m_kind->declared;
@@ -267,6 +193,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
             m_kind->mappings[i].Apply(target, GetSession(), row, facts);
         }
         SetUnits(row, target);
+        ClearUnits(target);
         if (declared.more) {
             declared.more(Run(), row, target);
         }
@@ -346,12 +273,36 @@ void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target, SourceCo
     }
 }
 
+/// What neither rows nor lines tell of the units of an article that is there, the source has cleared.
+void ArticleImporter::ClearUnits(TargetRow& target) const {
+    const std::vector<UnitsOfArticle>& units = m_kind->declared.units;
+    if (units.empty() || !m_tellsUnits) {
+        return;
+    }
+    QStringList columns{"ARUM2", "ARCOE"};
+    if (std::ranges::any_of(units, [](const UnitsOfArticle& each) { return each.places.IsSet(); })) {
+        columns += QStringList{"ARUMP", "ARUMV"};
+    }
+    for (const QString& column : columns) {
+        if (!target.Value(column).isValid()) {
+            target.Set(column, QVariant());
+        }
+    }
+}
+
 void ArticleImporter::Claim(const SourceRow& row, const QString& article) {
     QStringList codes;
     for (const QString& column : m_kind->declared.code.Columns()) {
         codes.append(row.Text(column));
     }
     m_writer.Claim(article, codes.join(u' '));
+}
+
+/// Whether a row names a supplier, who may not be there; zero names none.
+bool NamesOne(const Field& supplier, const SourceRow& row) {
+    return std::ranges::any_of(supplier.Columns(), [&row](const QString& column) {
+        return !row.IsBlank(column) && mod_ovTools::ReadNumber(row.Value(column)) != 0.0;
+    });
 }
 
 /// Rows of the source that tell one article tell its suppliers together.
@@ -362,18 +313,36 @@ void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article
     for (const SupplierOfArticle& each : m_kind->declared.suppliers) {
         each.rows.ForEach(session, row, [&](const SourceRow& one) {
             const QString supplier = each.supplier.Text(session, one);
-            if (supplier.isEmpty()) {
-                return;
-            }
-            links.Add(LinkOf(one, each, supplier, isFirst));
-            isFirst = false;
-            if (const QString code = each.ownCode.Text(session, one); !code.isEmpty()) {
-                WriteCode(article, code, supplier, DescriptionThere(one, each.ownDescription));
+            if (!supplier.isEmpty()) {
+                const QString code = each.ownCode.Text(session, one);
+                const QString description = code.isEmpty() ? code : DescriptionThere(one, each.ownDescription);
+                WriteLink(links, article, {LinkOf(one, each, supplier, isFirst), code, description});
+                isFirst = false;
+            } else if (NamesOne(each.supplier, one)) {
+                m_remains.ShowsUnknownSupplier(article);
             }
         });
     }
+    if (m_kind->declared.foundSuppliers) {
+        for (const FoundSupplier& supplier : m_kind->declared.foundSuppliers(Run(), row)) {
+            WriteLink(links, article, supplier);
+        }
+    }
     if (article != m_last) {
         links.Close();
+    }
+}
+
+void ArticleImporter::WriteLink(SupplierLinks& links, const QString& article, const FoundSupplier& supplier) {
+    const QString& counterparty = supplier.link.supplier;
+    if (counterparty.isEmpty()) {
+        m_remains.ShowsUnknownSupplier(article);
+        return;
+    }
+    links.Add(supplier.link);
+    m_remains.ShowsSupplier(article, counterparty);
+    if (!supplier.ownCode.isEmpty()) {
+        WriteCode(article, supplier.ownCode, counterparty, supplier.ownDescription);
     }
 }
 

@@ -17,9 +17,16 @@ struct SupplierOfArticle {
     Field leadDays = {};
     Field lot = {};     ///< of a reorder
     Field minimum = {}; ///< order quantity
-    /// A yes or no; without it the first of the article is. Where the source has a preferred one, the links that
-    /// imports have written and that it no longer has are it no more.
+    /// A yes or no; without it the first of the article is. The links that imports have written and that the source no
+    /// longer has are it no more.
     Field preferred = {};
+};
+
+/// A supplier as a hook finds it. One without CDCON the source names, and it is not there.
+struct FoundSupplier {
+    SupplierLink link;
+    QString ownCode = {};        ///< that the article has there
+    QString ownDescription = {}; ///< the same
 };
 
 /// Codes that an article has beside its own, in the row itself or in rows of another table.
@@ -39,8 +46,10 @@ struct UnitsOfArticle {
     Field factor = {}; ///< of the second unit (ARCOE)
     /// Where the unit goes: columns with a blank between, "ARUMS" (stock), "ARUM2" (second), "ARUMP" (purchases) and
     /// "ARUMV" (sales); blank: nowhere. Without the field each is a second unit. An article has one second unit, and
-    /// further ones are logged.
+    /// further ones are logged. A column, but for that of the stock unit, that neither rows nor lines fill is cleared.
     Field places = {};
+    /// Whether the settings ask for them; empty: always.
+    std::function<bool(Session&)> areAsked = {};
 };
 
 /// Descriptions of an article in another language.
@@ -63,6 +72,8 @@ struct Articles {
     /// Of ART_ICO, over the usual ones: descriptions, kind, stock and warehouse.
     Lines lines = {};
     std::vector<SupplierOfArticle> suppliers = {};
+    /// Further ones, which fields do not tell; the hook reads columns that the source cannot lack.
+    std::function<std::vector<FoundSupplier>(ImportRun&, const SourceRow&)> foundSuppliers = {};
     std::vector<Aliases> aliases = {};
     std::vector<UnitsOfArticle> units = {};
     Field location = {};

@@ -14,6 +14,13 @@ Rule NotZeroCode(const Rule& rule) {
                        false);
 }
 
+Rule ZeroAsBlank(const Rule& rule) {
+    return Around(rule, QStringLiteral("0 vale vuoto; ") + rule.text, [apply = rule.apply](const RuleInput& input) {
+        const QString text = input.Text();
+        return apply({input.session, input.row, input.columns, input.facts, text == u"0" ? QString() : text});
+    });
+}
+
 Rule ClearedWhenBlank(const Rule& rule) {
     return WithDefault(Around(rule, rule.text + QStringLiteral("; vuoto se è vuoto"),
                               [apply = rule.apply](const RuleInput& input) {
@@ -39,6 +46,8 @@ Rule FlagAs(const QVariant& set, const QVariant& otherwise) {
          }},
         !otherwise.toString().isEmpty());
 }
+
+Rule VatRate() { return WithDefault(Or(RoundedTo(2), 0), false); } // where the column lacks nobody knows the rate
 
 Rule PartyByMark(const QString& supplier) {
     return {QStringLiteral("controparte importata dalla prima, di un fornitore se l'ultima comincia con \"%1\"; riga "

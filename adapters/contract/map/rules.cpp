@@ -175,8 +175,6 @@ Rule Digits(int count) {
     });
 }
 
-Rule ThreeDigits() { return Digits(3); }
-
 Rule WithoutBlanks() {
     return OnText("senza spazi", [](QString text) { return text.remove(u' '); });
 }
@@ -395,20 +393,6 @@ Rule Currency(const QString& table, const QString& field) {
          [table, field](const RuleInput& input) {
              return RuleValue(CurrencyOf(input.session, table, field, input.Text()));
          }});
-}
-
-Rule Exemption(const Rule& vatCode) {
-    return Around(vatCode, vatCode.text + QStringLiteral("; solo un codice di TAB_IVA con aliquota zero"),
-                  [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
-                      const RuleValue code = apply(input);
-                      const QString rate =
-                          code ? LookUp(input.session, "TAB_IVA", "CDIVA", code->toString(), "IVALI") : QString();
-                      return rate.isEmpty() || mod_ovTools::ToDouble(rate) != 0 ? RuleValue() : code;
-                  });
-}
-
-Rule ExemptVat(const QString& table, const QString& field) {
-    return Exemption(TranslatedOrKnown(table, field, "TAB_IVA"));
 }
 
 Rule Country(const QString& table, const QString& field) {

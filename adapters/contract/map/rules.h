@@ -98,7 +98,6 @@ Rule FirstUpper(int count);
 Rule Part(int position, int count);
 /// A whole number in so many digits (with 3, "7" gives "007"); any other text as it is.
 Rule Digits(int count);
-Rule ThreeDigits();
 /// The digits of a text, as a whole number: "20/A" gives 20. Raises `ImportError` when it has none.
 Rule DigitsAsNumber();
 /// The text without any blanks.
@@ -118,10 +117,12 @@ Rule FirstNotBlank(const Rule& rule);
 /// The day that a text of a format tells, such as "yyyyMMdd" or "dd/MM/yyyy"; Null when it is blank or all zeros.
 /// Raises `ImportError` for any other text.
 Rule DateText(const QString& format);
-/// The date as read; Null when it is blank or the day that stands for none in the source. Raises `ImportError` when it
-/// is no date.
+/// The date as read; Null when it is blank or a day that stands for none, everywhere (`IsEmptyDay`) or in the source.
+/// Raises `ImportError` when it is no date.
 Rule Day(const QDate& none = {});
-/// The date as read; the day of the import when it is blank. Raises `ImportError` when it is no date.
+/// The same, left out when there is none.
+Rule DayThere(const QDate& none = {});
+/// The same; the day of the import when there is none. Raises `ImportError` when it is no date.
 Rule DayOrToday();
 /// Whether there is a date, and it is not after the day of the import: that from which something no longer holds.
 /// Raises `ImportError` when it is no date.

@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/rules.h"
 #include "core/modImport.h"
+#include "sql/mod_ovTools.h"
 
 namespace contract::rules {
 
@@ -41,6 +42,12 @@ Rule KnownCounterparty(const QString& who, const QString& codeColumn, const QStr
         }};
 }
 
+/// Whether a VAT code is there and its rate is zero; somebody may have left it blank.
+bool IsExempt(Session& session, const QString& vatCode) {
+    const QString rate = LookUp(session, "TAB_IVA", "CDIVA", vatCode, "IVALI");
+    return rate.isEmpty() ? IsThere(session, "TAB_IVA", "CDIVA", vatCode) : mod_ovTools::ToDouble(rate) == 0;
+}
+
 } // namespace
 
 Rule Unit(const QString& table, const QString& field, const QString& blank) {
@@ -76,6 +83,18 @@ Rule ArticleCode(const QString& table, const QString& field) {
                 const QString text = input.Text();
                 return text.isEmpty() ? RuleValue() : RuleValue(ArticleCodeOf(input.session, table, field, text));
             }};
+}
+
+Rule Exemption(const Rule& vatCode) {
+    return Around(vatCode, vatCode.text + QStringLiteral("; solo un codice di TAB_IVA con aliquota zero"),
+                  [apply = vatCode.apply](const RuleInput& input) -> RuleValue {
+                      const RuleValue code = apply(input);
+                      return code && IsExempt(input.session, code->toString()) ? code : RuleValue();
+                  });
+}
+
+Rule ExemptVat(const QString& table, const QString& field) {
+    return Exemption(TranslatedOrKnown(table, field, "TAB_IVA"));
 }
 
 Rule CustomerOf() { return CounterpartyOf("cliente", "COCGE"); }

@@ -1,5 +1,6 @@
 // Rules on the shape of a value: dates, numbers and discounts that a source writes as texts, streets.
 
+#include "adapters/contract/map/emptyDays.h"
 #include "adapters/contract/map/rules.h"
 #include "adapters/contract/map/wholeNumbers.h"
 #include "sql/mod_ovTools.h"
@@ -128,8 +129,8 @@ Rule DateText(const QString& format) {
 }
 
 Rule Day(const QDate& none) {
-    return {none.isValid() ? QStringLiteral("data, nessuna il %1").arg(none.toString(Qt::ISODate))
-                           : QStringLiteral("data"),
+    const QString own = none.isValid() ? QStringLiteral("il %1, ").arg(none.toString(Qt::ISODate)) : QString();
+    return {QStringLiteral("data, nessuna %1il 1899-12-30 e il 1900-01-01").arg(own),
             [none](const RuleInput& input) -> RuleValue {
                 if (input.Text().isEmpty()) {
                     return QVariant();
@@ -138,14 +139,17 @@ Rule Day(const QDate& none) {
                 if (!day) {
                     throw ImportError(QStringLiteral("'%1' non è una data").arg(input.Text()));
                 }
-                return day->date() == none ? QVariant() : QVariant(*day);
+                return day->date() == none ? QVariant() : WithoutEmptyDay(*day);
             }};
 }
+
+Rule DayThere(const QDate& none) { return NotNull(Day(none)); }
 
 Rule DayOrToday() {
     return WithDefault(
         {"data, giorno dell'importazione se è vuota", [day = Day().apply](const RuleInput& input) -> RuleValue {
-             return input.Text().isEmpty() ? RuleValue(input.session.UserManager.DataElaborazione) : day(input);
+             const QVariant told = day(input).value_or(QVariant());
+             return told.isNull() ? QVariant(input.session.UserManager.DataElaborazione) : told;
          }});
 }
 

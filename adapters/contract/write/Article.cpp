@@ -261,12 +261,42 @@ void ArticleWriter::History(const QString& table, const QString& amountColumn, c
     row.Insert();
 }
 
+namespace {
+
+/// Gives a location (RECORD_ID) the description that a row has of it, where an import wrote its code for want of one.
+/// Returns whether it did.
+bool DescribePlace(ImportRun& run, qint64 place, const QString& location, const QString& description) {
+    if (description.isEmpty() || description.compare(location, Qt::CaseInsensitive) == 0) {
+        return false;
+    }
+    {
+        Recordset there = run.GetSession().Quadrix.ExecuteWC(
+            QStringLiteral("SELECT UBDES, USINS FROM %1 WHERE ").arg(run.FullName("UBI_MAG")) +
+            Equals("RECORD_ID", place));
+        const SourceRow row(there);
+        const QString known = row.Text("UBDES");
+        const bool isNone = known.isEmpty() || known.compare(location, Qt::CaseInsensitive) == 0;
+        if (!isNone || !IsImportUser(row.Text("USINS"))) {
+            return false;
+        }
+    }
+    TargetRow row(run, "UBI_MAG");
+    row.Set("UBDES", description);
+    row.Update(QStringLiteral("WHERE ") + Equals("RECORD_ID", place));
+    return true;
+}
+
+} // namespace
+
 RowOutcome ArticleWriter::Location(const QString& article, const QString& location, const QString& description) const {
     using schema::defaults::Warehouse;
     Session& session = m_run.GetSession();
-    if (IdOfCode(session.Quadrix, "UBI_MAG",
+    const qint64 known =
+        IdOfCode(session.Quadrix, "UBI_MAG",
                  Equals(session, "CDMAG", Warehouse) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location),
-                 "CDUBI", location) == 0) {
+                 "CDUBI", location);
+    const bool isDescribed = known != 0 && DescribePlace(m_run, known, location, description);
+    if (known == 0) {
         TargetRow place(m_run, "UBI_MAG");
         place.Set("CDMAG", Warehouse);
         place.Set("CDUBI", location);
@@ -276,7 +306,7 @@ RowOutcome ArticleWriter::Location(const QString& article, const QString& locati
     if (IdOfCode(session.Quadrix, "UBI_ART",
                  Equals(session, CodeColumn, article) + QStringLiteral(" AND ") + Equals(session, "CDUBI", location),
                  "CDUBI", location) != 0) {
-        return m_run.Skip(QStringLiteral("articolo già nell'ubicazione"));
+        return isDescribed ? RowOutcome::Updated : m_run.Skip(QStringLiteral("articolo già nell'ubicazione"));
     }
     TargetRow row(m_run, "UBI_ART");
     row.Set(CodeColumn, article);

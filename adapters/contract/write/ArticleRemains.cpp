@@ -10,6 +10,7 @@ namespace contract {
 
 namespace {
 
+const QString Suppliers = QStringLiteral("ART_FOR");
 const QString Codes = QStringLiteral("ART_COD");
 const QString Locations = QStringLiteral("UBI_ART");
 const QString Languages = QStringLiteral("SYS_LNG");
@@ -26,7 +27,7 @@ size_t DigestOf(const QString& code) { return qHash(mod_ovTools::UpperChars(code
 void ArticleRemains::Begin(const Told& told) { m_told = m_run.IsPart() ? Told() : told; }
 
 bool ArticleRemains::LooksAtAny() const {
-    return m_told.internalCodes || m_told.counterpartyCodes || m_told.texts || m_told.location;
+    return m_told.suppliers || m_told.internalCodes || m_told.counterpartyCodes || m_told.texts || m_told.location;
 }
 
 void ArticleRemains::RowBegins(const QString& article) {
@@ -40,6 +41,7 @@ void ArticleRemains::RowBegins(const QString& article) {
         return;
     }
     Remains remains{article};
+    ReadSuppliers(remains);
     ReadCodes(remains);
     ReadTexts(remains);
     ReadLocations(remains);
@@ -54,6 +56,19 @@ void ArticleRemains::RowEnds(const QString& article) {
     const auto begun = m_begun.find(KeyOf(article));
     if (begun != m_begun.end() && --*begun == 0) {
         m_begun.erase(begun);
+    }
+}
+
+void ArticleRemains::ReadSuppliers(Remains& into) const {
+    Session& session = m_run.GetSession();
+    if (!m_told.suppliers || session.Quadrix.IsAbsent(Suppliers, ArticleColumn, into.article)) {
+        return;
+    }
+    Recordset rows = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT RECORD_ID, CDCON FROM %1 WHERE ").arg(m_run.FullName(Suppliers)) +
+        Equals(session, ArticleColumn, into.article) + QStringLiteral(" AND ") + OfImports(session));
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        into.all.push_back({Kind::Supplier, row.Text("RECORD_ID"), row.Text("CDCON")});
     }
 }
 
@@ -148,6 +163,14 @@ void ArticleRemains::Shows(const QString& article, const QString& code, const QS
     }
 }
 
+void ArticleRemains::ShowsSupplier(const QString& article, const QString& supplier) {
+    Found(article, [&](const Remain& one) { return one.kind == Kind::Supplier && IsSameText(one.what, supplier); });
+}
+
+void ArticleRemains::ShowsUnknownSupplier(const QString& article) {
+    Found(article, [](const Remain& one) { return one.kind == Kind::Supplier; });
+}
+
 void ArticleRemains::ShowsText(const QString& article, const QString& language) {
     Found(article, [&](const Remain& one) { return one.kind == Kind::Text && IsSameText(one.what, language); });
 }
@@ -171,7 +194,8 @@ void ArticleRemains::Close() {
                     TellOfTwo(remains.article, remain);
                 }
             } else if (isAlone) {
-                Tell(remains.article, remain);
+                const bool loses = remain.kind == Kind::Supplier && isWhole && TakesMarkOff(remain);
+                Tell(remains.article, remain, loses);
             }
         }
     }
@@ -186,9 +210,31 @@ QString CodeText(const QString& code, const QString& counterparty) {
 
 } // namespace
 
-void ArticleRemains::Tell(const QString& article, const Remain& remain) const {
+/// Takes the mark of the preferred one off a link that only imports have written. @return whether it had it
+bool ArticleRemains::TakesMarkOff(const Remain& supplier) const {
+    const Session& session = m_run.GetSession();
+    const QString marked =
+        QStringLiteral("RECORD_ID = %1 AND COALESCE(AFABI, 0) <> 0 AND (COALESCE(USMDF, '') = '' OR ")
+            .arg(supplier.id) +
+        OfImports(session, "USMDF") + u')';
+    if (IdWhere(m_run.GetSession(), Suppliers, marked) == 0) {
+        return false;
+    }
+    TargetRow row(m_run, Suppliers);
+    row.Set("AFABI", false);
+    row.Update(QStringLiteral("WHERE RECORD_ID = ") + supplier.id);
+    return true;
+}
+
+/// @param loses whether a supplier is the preferred one no more
+void ArticleRemains::Tell(const QString& article, const Remain& remain, bool loses) const {
     const QString of = QStringLiteral("articolo '%1', ").arg(article);
     switch (remain.kind) {
+    case Kind::Supplier:
+        return TellNotMetAgain(m_run, QStringLiteral("FORNITORI"),
+                               of + QStringLiteral("'%1'").arg(remain.what) +
+                                   (loses ? QStringLiteral(", non più abituale") : QString()),
+                               1);
     case Kind::InternalCode:
     case Kind::CounterpartyCode:
         return TellNotMetAgain(m_run, QStringLiteral("CODICI"), of + CodeText(remain.what, remain.counterparty), 1);

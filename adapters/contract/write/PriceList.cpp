@@ -53,6 +53,21 @@ QVariant QuantityOf(const Scale& scale) {
     return isBlank || quantity == 0.0 ? QVariant(schema::defaults::AnyQuantity) : scale.quantity;
 }
 
+bool IsPrice(ImportRun& run, const Scale& scale, const QStringList& quantity, const QStringList& price) {
+    const QString between = QStringLiteral("', '");
+    if (const double limit = NumberOf(scale.quantity); limit < 0) {
+        throw ImportError(QStringLiteral("colonna '%1': una quantità di %2 non è di nessun prezzo")
+                              .arg(quantity.join(between), mod_ovTools::NumberText(limit)));
+    }
+    const bool saysNothing = scale.price.isNull() && std::ranges::all_of(scale.discounts, [](const QVariant& discount) {
+                                 return NumberOf(discount) == 0;
+                             });
+    if (saysNothing) {
+        run.Log(QStringLiteral("PREZZO VUOTO: %1, colonna '%2'").arg(run.RowKey(), price.join(between)));
+    }
+    return !saysNothing;
+}
+
 TargetRow ScaleRow(ImportRun& run, const QString& table, const QString& amountColumn, const Scale& scale) {
     TargetRow row(run, table);
     row.Set("SCQTA", QuantityOf(scale));

@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Document.h"
 #include "adapters/origins/ArcaEvolution/modImport_ArcaEvolution_links.h"
 #include "adapters/sourceSettings.h"
@@ -31,7 +32,6 @@ namespace {
 
 const QString Contatti = QStringLiteral("CFContatto");
 const QString TipiContatto = QStringLiteral("CFContattoTipo");
-const QString Destinazioni = QStringLiteral("CFDest");
 const QString SediTable = QStringLiteral("CFSede");
 
 // --- Mappings -----------------------------------------------------------------------------------------------------
@@ -161,8 +161,8 @@ QHash<QString, Owner> WriteBranches(ImportRun& run, CounterpartyWriter& writer, 
     Session& session = run.GetSession();
     QHash<QString, Owner> destinations;
     const auto query = [&](const QString& table, const QString& number) {
-        return QStringLiteral("SELECT * FROM %1\rWHERE Cd_CF = %2\rORDER BY %3")
-            .arg(table, run.Quoted(row.Text("Cd_CF")), number);
+        return QStringLiteral("SELECT * FROM %1\rWHERE %2\rORDER BY %3")
+            .arg(table, TiedTo(session.SourceConnection(), "Cd_CF", row), number);
     };
     ForEachChild(session, query(Destinazioni, "Cd_CFDest"), Destinazioni, "Cd_CFDest", [&](const SourceRow& branch) {
         if (!branch.IsBlank("Indirizzo")) {

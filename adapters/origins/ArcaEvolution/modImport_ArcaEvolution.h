@@ -11,6 +11,8 @@ inline const QString Module = QStringLiteral("modImport_ArcaEvolution");
 
 /// Counterparties, customers and suppliers in one.
 inline const QString Cf = QStringLiteral("CF");
+/// Destinations of counterparties.
+inline const QString Destinazioni = QStringLiteral("CFDest");
 /// Articles.
 inline const QString Ar = QStringLiteral("AR");
 

@@ -7,6 +7,7 @@
 #include "adapters/contract/kinds/Documents.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/contract/write/Attachment.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
@@ -94,13 +95,15 @@ QString ReadNote(const QString& path) {
     return CodePage("UTF-8").AppendUtf8(bytes, text) ? QString::fromUtf8(text) : DecodeText(bytes, CodePage());
 }
 
+bool AreUnitsAsked(Session& session) { return modMain::IsAppConfigOn(session, Section, "ARARMisura", "1"); }
+
 /// Where a unit goes: the one by default is the stock unit, another one the second; of kind V it is that of sales, of
 /// kind A of purchases, of kind E of both.
 Rule UnitPlaces() {
     return {"con l'impostazione ARARMisura: \"ARUMS\" per quella predefinita, altrimenti \"ARUM2\"; \"ARUMV\" per V ed "
             "E, \"ARUMP\" per A ed E",
             [](const RuleInput& input) -> RuleValue {
-                if (!modMain::IsAppConfigOn(input.session, Section, "ARARMisura", "1")) {
+                if (!AreUnitsAsked(input.session)) {
                     return QString();
                 }
                 const QString kind = input.row.Text("TipoARMisura").toUpper();
@@ -130,13 +133,28 @@ Rule LanguageCode() {
         }};
 }
 
-/// The sale price: of the list of prices (kind 1, else 0) that was published last.
+/// The sale price: of the list of prices (kind 1, else 0) that was published last, of those that have one.
+double SalePrice(ImportRun& run, const SourceRow& article) {
+    Session& session = run.GetSession();
+    Recordset prices = session.SourceConnection().ExecuteWC(
+        "SELECT A.Prezzo, R.DataPubblicazione FROM LSArticolo A\r"
+        "JOIN LSRevisione R ON R.Id_LSRevisione = A.Id_LSRevisione\r"
+        "JOIN LS L ON L.Cd_LS = R.Cd_LS\rWHERE " +
+        TiedTo(session.SourceConnection(), "A.Cd_AR", article, "Cd_AR") +
+        " AND L.TipoLS IN (0, 1)\rORDER BY L.TipoLS DESC, R.DataPubblicazione DESC");
+    const QDateTime now = session.Now();
+    for (const SourceRow row(prices); !prices.Eof(); prices.MoveNext()) {
+        const QVariant since = DateOf(row, "DataPubblicazione");
+        const double price = NumberOf(row, "Prezzo");
+        if (price != 0 && (since.isNull() || since.toDateTime() <= now)) {
+            return price;
+        }
+    }
+    return 0;
+}
+
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
-    const Recordset found = run.GetSession().SourceConnection().ExecuteWC(
-        "SELECT A.Prezzo FROM LSArticolo A\rJOIN LSRevisione R ON R.Id_LSRevisione = A.Id_LSRevisione\r"
-        "JOIN LS L ON L.Cd_LS = R.Cd_LS\rWHERE A.Cd_AR = " +
-        run.Quoted(row.Text("Cd_AR")) + " AND L.TipoLS IN (0, 1)\rORDER BY L.TipoLS DESC, R.DataPubblicazione DESC");
-    const double price = found.Eof() ? 0 : NumberOf(SourceRow(found), "Prezzo");
+    const double price = SalePrice(run, row);
     target.Set("ARPRZ", price);
     target.Set("ARRIC", MarkUpOf(price, NumberOf(row, "CostoStandard")));
 }
@@ -219,7 +237,8 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
         .units = {{.rows = OfArticle(Misure, "DefaultMisura DESC, Cd_ARMisura", "Cd_ARMisura"),
                    .unit = {"Cd_ARMisura", TranslatedOrUpper(Ar, "Cd_ARMisura", "")},
                    .factor = {"UMFatt", NotZero()},
-                   .places = {"DefaultMisura, TipoARMisura", UnitPlaces()}}},
+                   .places = {"DefaultMisura, TipoARMisura", UnitPlaces()},
+                   .areAsked = AreUnitsAsked}},
         .languages = {{.rows = OfArticle(Lingue, "Id_Lingua", "Id_Lingua"),
                        .language = {"Id_Lingua", LanguageCode()},
                        .text = "Descrizione"}},
@@ -238,6 +257,24 @@ Articles Articoli(const std::shared_ptr<const Files>& files) {
                      {"LSArticolo", {"Id_LSRevisione", "Cd_AR", "Prezzo"}}},
                     AttachmentNeeds() + std::vector<TableNeed>{{"ART_ICO", {"ARPRZ", "ARRIC"}}}},
     };
+}
+
+// --- Price lists --------------------------------------------------------------------------------------------------
+
+/// A price of zero is none: the discount beside it is on the price of the article.
+Rule PriceOrNone() {
+    return Needing(2, {"la prima; vuota se è zero e la seconda non è vuota, niente se lo sono entrambe",
+                       [](const RuleInput& input) -> RuleValue {
+                           const double price = NumberOf(input.row, input.columns.first());
+                           if (price != 0) {
+                               return RuleValue(price);
+                           }
+                           return input.row.IsBlank(input.columns.last()) ? std::nullopt : RuleValue(QVariant());
+                       }});
+}
+
+QString WithoutRevision(const SourceRow& row) {
+    return row.IsBlank("Cd_LS") ? QStringLiteral("prezzo di una revisione che LSRevisione non ha") : QString();
 }
 
 // --- Locations ----------------------------------------------------------------------------------------------------
@@ -296,13 +333,13 @@ PriceLists Listini() {
                    .naming = "Cd_LS, Cd_AR",
                    .joins = {{.table = "LSRevisione",
                               .on = {{"Id_LSRevisione"}},
-                              .columns = {"Cd_LS", "DataPubblicazione"},
-                              .isOptional = false}}},
+                              .columns = {"Cd_LS", "DataPubblicazione"}}}},
         .article = {"Cd_AR", Article()},
         .prices = {{.list = {"Cd_LS", PriceListCode()},
                     .direction = {"Cd_LS", Via("LS", "Cd_LS", "TipoLS", direction)},
                     .from = "DataPubblicazione",
-                    .scales = {{.price = {"Prezzo", NotZero()}, .discounts = DiscountFields("Sconto")}}}},
+                    .scales = {{.price = {"Prezzo, Sconto", PriceOrNone()}, .discounts = DiscountFields("Sconto")}}}},
+        .leavesOut = WithoutRevision,
     };
 }
 

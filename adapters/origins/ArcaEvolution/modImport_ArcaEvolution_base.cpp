@@ -54,8 +54,9 @@ Rule OurBank() {
                 Session& session = input.session;
                 QString bank = LookUp(session, "BAN_CHE", "BAEXT", account, "CDBAN");
                 if (bank.isEmpty()) {
-                    const Recordset own = session.SourceConnection().ExecuteWC(
-                        "SELECT Iban FROM Banca\rWHERE Cd_CGConto = " + LiteralOf(session.SourceConnection(), account));
+                    const Recordset own =
+                        session.SourceConnection().ExecuteWC("SELECT Iban FROM Banca\rWHERE Cd_CGConto = " +
+                                                             LiteralOf(session.SourceConnection(), input.Value()));
                     bank = own.Eof() ? QString() : BankOfIban(session, SourceRow(own).Text("Iban"));
                 }
                 if (bank.isEmpty()) {

@@ -71,16 +71,19 @@ Rule ExchangeRate() {
             }};
 }
 
-/// Rows that only refer to another document, and rows without an article, are texts.
+/// Rows that only refer to another document are texts, and so are rows with neither an article nor an amount.
 bool IsText(const SourceRow& row) {
-    return row.IsBlank("Cd_AR") || row.Text("TipoRigaRif").compare(u"R", Qt::CaseInsensitive) == 0;
+    if (row.Text("TipoRigaRif").compare(u"R", Qt::CaseInsensitive) == 0) {
+        return true;
+    }
+    return row.IsBlank("Cd_AR") && NumberOf(row, "PrezzoTotaleV") == 0 &&
+           NumberOf(row, "Qta") * NumberOf(row, "PrezzoUnitarioV") == 0;
 }
 
 /// Whether a document has a row that is not delivered: one of goods or, where there are only texts, any.
 bool HasOpenRow(Session& session, const QVariant& document) {
     ovConnection& source = session.SourceConnection();
-    Recordset rows = source.ExecuteWC("SELECT Cd_AR, TipoRigaRif, Evasa FROM DORig\rWHERE Id_DOTes = " +
-                                      LiteralOf(source, document));
+    Recordset rows = source.ExecuteWC("SELECT * FROM DORig\rWHERE Id_DOTes = " + LiteralOf(source, document));
     bool hasGoods = false;
     bool hasOpenText = false;
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
@@ -104,11 +107,12 @@ Rule State() {
                                                                                        : schema::defaults::Closed;
             },
             Side::Both,
-            {{Righe, {"Id_DOTes", "Cd_AR", "TipoRigaRif", "Evasa"}}}};
+            {{Righe, {"Id_DOTes", "Cd_AR", "TipoRigaRif", "Evasa"}, {"Qta", "PrezzoUnitarioV", "PrezzoTotaleV"}}}};
 }
 
 Rule TypeOfRow() {
-    return {"descrittiva se non ha articolo o solo rimanda, altrimenti normale", [](const RuleInput& input) {
+    return {"descrittiva se solo rimanda o non ha né articolo né importo, altrimenti normale",
+            [](const RuleInput& input) {
                 using namespace schema::defaults;
                 return RuleValue(IsText(input.row) ? DescriptionRow : NormalRow);
             }};
@@ -152,27 +156,32 @@ Rule Warehouse() {
 
 // --- Hooks --------------------------------------------------------------------------------------------------------
 
-/// The destination of the source in place of the counterparty's address.
+void SetAddress(const SourceRow& place, TargetRow& target) {
+    target.Set("DTRSS", place.Text("Descrizione"));
+    target.Set("DTVIA", place.Text("Indirizzo"));
+    target.Set("DTCAP", place.Text("Cap"));
+    target.Set("DTCIT", place.Text("Localita"));
+    target.Set("DTPRO", place.Text("Cd_Provincia"));
+}
+
+/// The destination of the source in place of the counterparty's address. Which branch it has become tells nothing: a
+/// counterparty of two codes has numbered some of them anew.
 void SetDestination(ImportRun& run, const SourceRow& row, TargetRow& target) {
     const QString destination = row.Text("Cd_CFDest");
     if (destination.isEmpty()) {
         return;
     }
-    Session& session = run.GetSession();
-    const Recordset found = session.Quadrix.ExecuteWC(
-        "SELECT * FROM " + run.FullName("CON_SED") + "\rWHERE " +
-        Equals(session, "CDCON", mod_ovTools::ToText(target.Value("DTCON"))) + " AND SETIP = 'CO' AND " +
-        Equals(session, "CDSED", Digits(3).apply({session, row, {"Cd_CFDest"}, {}})->toString()));
-    if (found.Eof()) {
+    const ChildTable destinations{.table = Destinazioni, .on = {{"Cd_CF"}, {"Cd_CFDest"}}};
+    bool isThere = false;
+    destinations.First(run.GetSession(), row, [&](const SourceRow& place) {
+        isThere = !place.IsBlank("Indirizzo");
+        if (isThere) {
+            SetAddress(place, target);
+        }
+    });
+    if (!isThere) {
         run.Log(QStringLiteral("SEDE NON TROVATA: %1: '%2'").arg(run.RowKey(), destination));
-        return;
     }
-    const SourceRow branch(found);
-    target.Set("DTRSS", branch.Text("SERAS"));
-    target.Set("DTVIA", branch.Text("SEIND"));
-    target.Set("DTCAP", branch.Text("SECAP"));
-    target.Set("DTCIT", branch.Text("SECIT"));
-    target.Set("DTPRO", branch.Text("SEPRO"));
 }
 
 /// The parts of an article whose own row stands above.
@@ -243,7 +252,8 @@ Needs NeedsOfHooks() {
         {{Testate,
           {"Id_DOTes", "NumeroDoc", "EsAnno", "DataDoc", "Cd_DO", "Cd_CF", "TipoDocumento", "CliFor", "Cd_CFDest"}},
          {Righe, {"Id_DORig", "Riga", "Id_DORig_Evade", "TipoPC", "Omaggio", "PrezzoTotaleV"}},
-         {Totali, {"Id_DOTes", "TotImponibileV", "TotImpostaV", "TotDocumentoV"}}},
+         {Totali, {"Id_DOTes", "TotImponibileV", "TotImpostaV", "TotDocumentoV"}},
+         {Destinazioni, {"Cd_CF", "Cd_CFDest", "Indirizzo"}, {"Descrizione", "Cap", "Localita", "Cd_Provincia"}}},
         {}};
     for (const Family* family : {&Sales, &Purchases, &WorkAccount}) {
         needs.writes.push_back({family->head, {"DTOMA"}});
@@ -262,11 +272,7 @@ Documents Documenti() {
                   .procedure = "ImportDocumentiArcaEvolution",
                   .announcement = "Inizio importazione Documenti da Arca Evolution",
                   .completion = "Documenti Arca Evolution importati correttamente: %1"},
-        .source = {.table = Testate,
-                   .key = "NumeroDoc",
-                   .order = "Id_DOTes",
-                   .naming = "Id_DOTes, NumeroDoc",
-                   .joins = {{"DO", {{"Cd_DO"}}, {}, false}}},
+        .source = {.table = Testate, .key = "NumeroDoc", .order = "Id_DOTes", .naming = "Id_DOTes, NumeroDoc"},
         .rows = {.table = Righe, .on = {{"Id_DOTes"}}, .order = "Riga"},
         .reading = Reading::HeadThenRows,
         .withoutRows = WithoutRows::Written,
@@ -285,7 +291,7 @@ Documents Documenti() {
                            {"DTCMB", "Cambio", ExchangeRate()},
                            {"DTRIC", "NumeroDocRif", Text()},
                            {"DTRID", "DataDocRif", AsRead()},
-                           {"DTCOR", "DataConsegna", AsRead()},
+                           {"DTCOR", "DataConsegna", Day()},
                            {"DTCOC", "DataConsegna", AsRead()},
                            {"DTPOR", "Cd_DOPorto", Translated(Cf, "Cd_DOPorto")},
                            {"DTSCO", "ScontoCassa", RoundedTo(2)},
@@ -303,8 +309,8 @@ Documents Documenti() {
                 .vatCode = {"Cd_Aliquota", VatOfRow()},
                 .state = {"Evasa, QtaEvasa", StateOfRow()},
                 .lines = {{"DRQTD", "QtaEvadibile", NotBlank(RoundedTo(6))},
-                          {"DRTOT", "PrezzoTotaleV", Or(RoundedTo(6), 0)},
-                          {"DRTTA", "PrezzoTotaleV", Or(RoundedTo(6), 0)},
+                          {"DRTOT", "PrezzoTotaleV", NotBlank(RoundedTo(6))},
+                          {"DRTTA", "PrezzoTotaleV", NotBlank(RoundedTo(6))},
                           {"DRCON", "DataConsegna", Day()},
                           {"DRCOR", "DataConsegna", Day()},
                           {"DRNOT", "NoteRiga", Text()},

@@ -132,7 +132,9 @@ void RowsUnderWay::SetOrigin(const SourceRow& row, TargetRow& target) {
 
 void RowsUnderWay::Written(const SourceRow& row, const WrittenRow& written) {
     constexpr double noGift = 1;
-    m_gifts += NumberOf(row, "Omaggio") > noGift ? NumberOf(row, "PrezzoTotaleV") : 0;
+    if (NumberOf(row, "Omaggio") > noGift) {
+        m_gifts += row.IsBlank("PrezzoTotaleV") ? written.values.Amount() : NumberOf(row, "PrezzoTotaleV");
+    }
     if (m_missing != 0) {
         m_openLinks.push_back({written.family, written.id, m_missing});
         m_run.WhenTakenBack([this] { m_openLinks.pop_back(); });

@@ -86,7 +86,7 @@ Rule Exemption(const QString& table, const QString& column) {
 
 Branches Indirizzi() {
     return {.rows = {.table = "ANINDCLI", .on = {{"COD_CLIENTE"}}, .order = "PROGR", .naming = "COD_CLIENTE, PROGR"},
-            .lines = {{"CDSED", "PROGR", ThreeDigits()},
+            .lines = {{"CDSED", "PROGR", Digits(3)},
                       {"SETIP", "TIPO_IND", Choice({{"F", "FT"}}, "CO")},
                       {"SERAS", "DESCR", Text()},
                       {"SEIND", "INDIRIZZO", Text()},
@@ -144,8 +144,8 @@ Lines PartyLines(const QString& table, PartyWriting writing) {
         {"COFID", "FIDO", NotZero()},
         {"COANN", "FL_ANN", Flag()},
         {"COBLK", "FL_BLOCCO", Flag()},
-        {"COINV", "DT_INS", writing == PartyWriting::Imported ? DayOrToday() : NotNull(Day())},
-        {"DTINS", "DT_INS", NotNull(Day())},
+        {"COINV", "DT_INS", writing == PartyWriting::Imported ? DayOrToday() : DayThere()},
+        {"DTINS", "DT_INS", DayThere()},
         {"CONOT", "NOTE", Text()},
     };
 }

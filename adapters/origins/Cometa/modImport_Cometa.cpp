@@ -116,6 +116,8 @@ Branches Sedi() {
 }
 
 Counterparties PartiesOf(const Half& half) {
+    const SourceTable source{
+        .table = Anagcf, .key = "ACCODI", .order = "ACCODI", .where = half.where, .naming = "ACTIPO, ACCODI"};
     return {
         .frame = {.module = Module,
                   .procedure = half.procedure,
@@ -123,8 +125,7 @@ Counterparties PartiesOf(const Half& half) {
                   .log = half.empties ? LogStart::Anew : LogStart::Behind,
                   .step = half.step,
                   .completion = half.completion},
-        .source =
-            {.table = Anagcf, .key = "ACCODI", .order = "ACCODI", .where = half.where, .naming = "ACTIPO, ACCODI"},
+        .source = source,
         .roles = ByLetter("ACTIPO", {.customer = {"C"}, .supplier = {"F"}}),
         .name = "ACRAG1, ACRAG2",
         .vatNumber = "ACPIVA",
@@ -142,6 +143,7 @@ Counterparties PartiesOf(const Half& half) {
         .contacts = {{.lines = {{"RFNOM", "ACRIFE", Text()}}}},
         .empties = half.empties,
         .more = SetIban,
+        .before = half.empties ? TellingUntyped(source, "ACTIPO", "ACRAG1") : nullptr, // once, with the customers
     };
 }
 
@@ -218,7 +220,7 @@ PriceLists Listini() {
             .direction = "LTTIPO",
             .description = "LTDESC",
             .currency = {"LTVALU", Currency(Testate, "LTVALU")},
-            .since = {"LTDINI", NotNull(Day())},
+            .since = {"LTDINI", DayThere()},
             .from = "LRDINI",
             .to = "LRDFIN",
             .scales = {{.quantity = "LRQTAX", .price = "LRPREZ", .discounts = {"LRSCO1", "LRSCO2", "LRSCO3"}}},

@@ -95,13 +95,14 @@ const PartyColumns Columns{
 
 /// The base tables keep the codes of the source: a payment term is known by its own.
 Counterparties Controparti() {
+    const SourceTable source{.table = Clifor,
+                             .key = "codcf",
+                             .order = "tipocf, codcf",
+                             .where = "tipocf IN ('C','F')",
+                             .naming = "tipocf, codcf"};
     return {
         .frame = {.module = Module, .procedure = "ImportContropartiDOMINIO"},
-        .source = {.table = Clifor,
-                   .key = "codcf",
-                   .order = "tipocf, codcf",
-                   .where = "tipocf IN ('C','F')",
-                   .naming = "tipocf, codcf"},
+        .source = source,
         .roles = ByLetter("tipocf", {.customer = {"C"}, .supplier = {"F"}}),
         .name = "ragsoc1, ragsoc2",
         .vatNumber = "partiva",
@@ -118,6 +119,7 @@ Counterparties Controparti() {
         .branches = {Sedi()},
         .contacts = {{.lines = {{"RFNOM", "riferim", Text()}}}},
         .more = SetIban,
+        .before = TellingUntyped(source, "tipocf", "ragsoc1"),
     };
 }
 
@@ -151,16 +153,11 @@ Accounts PianoConti() {
 
 // --- Base tables --------------------------------------------------------------------------------------------------
 
-/// A table of codes with their descriptions. A reset deletes what an import wrote, of codes that a source has told.
+/// A reset deletes what an import wrote, of codes that a source has told.
 /// @param external column of the source's code in Quadrix
-BaseTable CodeTable(const QString& step, const QString& table, const QString& key, const QString& target,
-                    const QString& external, const Lines& lines) {
-    return {.frame = {.step = step},
-            .source = {.table = table, .key = key, .order = key},
-            .target = target,
-            .code = Field(key),
-            .lines = lines,
-            .empties = DeletedImports(target, external + " <> ''")};
+ImportPart CodePart(BaseTable codes, const QString& external) {
+    codes.empties = DeletedImports(codes.target, external + " <> ''");
+    return PartOf(codes);
 }
 
 PaymentTerms ModalitaPagamento() {
@@ -212,14 +209,15 @@ Procedure TabelleBase() {
                       .completion = "Tabelle di base importate correttamente!"};
     return ProcedureOf(
         Button::Saldi, frame,
-        {PartOf(CodeTable("Codici IVA", Iva, "codice", "TAB_IVA", "IVEXT",
-                          {{"IVDES", "descr", First(100)},
-                           {"IVALI", "aliquota", RoundedTo(2)},
-                           {"IVIND", "percind", RoundedTo(2)}})),
-         PartOf(CodeTable("Tipi di pagamento", TipiPagamento, "tipo", "TAB_MPT", "PTEXT",
-                          {{"PTDES", "descr", First(100)}})),
+        {CodePart(CodeTable("Codici IVA", Iva, "codice", "TAB_IVA",
+                            {{"IVDES", "descr", First(100)},
+                             {"IVALI", "aliquota", VatRate()},
+                             {"IVIND", "percind", RoundedTo(2)}}),
+                  "IVEXT"),
+         CodePart(CodeTable("Tipi di pagamento", TipiPagamento, "tipo", "TAB_MPT", {{"PTDES", "descr", First(100)}}),
+                  "PTEXT"),
          PartOf(ModalitaPagamento()),
-         PartOf(CodeTable("Unità di misura", Misure, "codice", "TAB_UMS", "UMEXT", {{"UMDES", "descr", First(100)}})),
+         CodePart(CodeTable("Unità di misura", Misure, "codice", "TAB_UMS", {{"UMDES", "descr", First(100)}}), "UMEXT"),
          PartOf(Banche())});
 }
 

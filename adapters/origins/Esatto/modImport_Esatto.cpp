@@ -12,6 +12,7 @@
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/run/tiedRows.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
 
@@ -55,8 +56,8 @@ Rule ArticleClass() {
                       return RuleValue("PF");
                   }
                   ovConnection& source = input.session.SourceConnection();
-                  const Recordset bills = source.ExecuteWC("SELECT CodDb FROM DBaseVersioni\rWHERE CodDb = " +
-                                                           LiteralOf(source, input.row.Text(input.columns.last())));
+                  const Recordset bills = source.ExecuteWC("SELECT CodDb FROM DBaseVersioni\rWHERE " +
+                                                           TiedTo(source, "CodDb", input.row, input.columns.last()));
                   return RuleValue(bills.Eof() ? "CM" : "PF");
               },
               Side::Both,
@@ -90,7 +91,7 @@ Rule SamePerson() {
 void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& target) {
     ovConnection& source = run.GetSession().SourceConnection();
     const Recordset prices = source.ExecuteWC(
-        "SELECT PrezzoLis FROM ListiniRighe\rWHERE CodArticolo = " + LiteralOf(source, row.Text("CodArt")) +
+        "SELECT PrezzoLis FROM ListiniRighe\rWHERE " + TiedTo(source, "CodArticolo", row, "CodArt") +
         "\r  AND CodListino = " + LiteralOf(source, FirstList) + "\r  AND (VarArt IS NULL OR VarArt = '')\r  AND " +
         NoDayOr(source, "DataInizio", "<=", run.GetSession().UserManager.DataElaborazione) +
         "\rORDER BY DataInizio DESC");

@@ -51,18 +51,15 @@ Branches Destinazioni() {
     const QString table = QStringLiteral("CLIFORDEST");
     return {
         .rows = {.table = table, .on = OfParty, .order = "CODDES", .naming = "TIPOCF, CODCF, CODDES"},
-        .lines =
-            {
-                {"CDSED", "CODDES", Digits(3)},
-                {"SERAS", "RAGSOC", Text()},
-                {"SEIND", "INDIRIZZO", Text()},
-                {"SECAP", "CAP", WhenNotBlank("LOCALITA", Text())},
-                {"SECIT", "LOCALITA", WhenNotBlank("LOCALITA", Text())},
-                {"SEPRO", "PROVINCIA", Text()},
-                {"SENAZ", "CODNAZ", Country(table, "CODNAZ")},
-                {"SERIF", "RIFERIM", Text()},
-                {"SEDEF", "PREDEF", Flag()},
-            },
+        .lines = BranchLines(table, {.number = "CODDES",
+                                     .name = "RAGSOC",
+                                     .street = "INDIRIZZO",
+                                     .postCode = "CAP",
+                                     .town = "LOCALITA",
+                                     .province = "PROVINCIA",
+                                     .country = "CODNAZ",
+                                     .person = "RIFERIM",
+                                     .isDefault = "PREDEF"}),
         .numbers = {.office = "TELEFONO", .fax = "FAX"},
     };
 }

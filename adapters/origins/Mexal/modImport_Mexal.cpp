@@ -112,13 +112,19 @@ void TellUnmarked(ImportRun& run, const QString& singleCode) {
                  });
 }
 
+/// One that has been imported before it was cancelled goes on in use in Quadrix, and is told.
+QString Cancelled(const SourceRow& row) {
+    return row.Text("_PCANN").compare(u"S", Qt::CaseInsensitive) == 0 ? QStringLiteral("controparte annullata (_PCANN)")
+                                                                      : QString();
+}
+
 Counterparties Controparti() {
     return {
         .frame = {.module = Module, .procedure = "ImportContropartiMEX"},
         .source = {.table = PiaCon,
                    .key = "[_PCCOD]",
                    .order = "[_PCCOD]",
-                   .where = "TIPO IN ('C', 'F') AND [_PCANN] = 'N'"},
+                   .where = "TIPO IN ('C', 'F') AND ([_PCANN] = 'N' OR [_PCANN] = 'S')"},
         .roles = ByLetter("TIPO", {.customer = {"C"}, .supplier = {"F"}}),
         .name = {"_PCRAG, _PCDES", FirstNotBlank(Text())},
         .vatNumber = "_PCPIV",
@@ -149,6 +155,7 @@ Counterparties Controparti() {
                 {"CONOT", "_PCNOT", Text()},
             },
         .numbers = {"_PCTEL", {}, "_PCFAX", "_PCCEL", "_PCEMA", "_PCWEB"},
+        .cancelled = Cancelled,
         .before = TellUnmarked,
         .further = {{}, {{PiaCon, {"_PCANN"}}}, {}},
     };

@@ -90,9 +90,16 @@ void SetDiscount(ImportRun& /*run*/, const SourceRow& row, TargetRow& target) {
     target.Set("ARSCO", isDiscount ? QVariant(RoundedTo(NumberOf(row, "_ARSCO"), 2)) : QVariant());
 }
 
-void LinkSuppliers(ImportRun& run, const SourceRow& row, const QString& article) {
-    const ArticleWriter writer(run);
-    SupplierLinks links(run, article);
+/// A number of a supplier; not valid where the source lacks the column, Null where it is blank.
+QVariant NumberOfSupplier(const SourceRow& row, const QString& column) {
+    if (!row.HasColumn(column) || row.IsMissing(column)) {
+        return {};
+    }
+    return row.IsBlank(column) ? QVariant(QMetaType::fromType<double>()) : QVariant(NumberOf(row, column));
+}
+
+std::vector<FoundSupplier> SuppliersOf(ImportRun& run, const SourceRow& row) {
+    std::vector<FoundSupplier> suppliers;
     for (int number = 1; number <= Suppliers; ++number) {
         const QString code = row.Text(OfSupplier("_ARFOR", number));
         if (code.isEmpty()) {
@@ -101,20 +108,16 @@ void LinkSuppliers(ImportRun& run, const SourceRow& row, const QString& article)
         const QString supplier = GetControparteMexal(run.GetSession(), code, false);
         if (supplier.isEmpty()) {
             run.Log(QStringLiteral("FORNITORE NON TROVATO: %1: '%2'").arg(run.RowKey(), code));
-            continue;
         }
-        const auto numberIn = [&row](const QString& column) {
-            const bool told = row.HasColumn(column) && !row.IsBlank(column);
-            return told ? QVariant(NumberOf(row, column)) : QVariant();
-        };
-        links.Add({supplier, NumberOf(row, OfSupplier("_ARFPR", number)), number == 1,
-                   numberIn(OfSupplier("_ARGGR", number)), numberIn(OfSupplier("_ARLOT", number)),
-                   numberIn(QStringLiteral("_ARQTA(%1,1)").arg(number))});
-        if (const QString own = row.Text(OfSupplier("_ARCOF", number)); !own.isEmpty()) {
-            writer.CodeAtCounterparty(article, own, supplier);
-        }
+        suppliers.push_back({{.supplier = supplier,
+                              .price = NumberOf(row, OfSupplier("_ARFPR", number)),
+                              .preferred = number == 1,
+                              .leadDays = NumberOfSupplier(row, OfSupplier("_ARGGR", number)),
+                              .lot = NumberOfSupplier(row, OfSupplier("_ARLOT", number)),
+                              .minimum = NumberOfSupplier(row, QStringLiteral("_ARQTA(%1,1)").arg(number))},
+                             row.Text(OfSupplier("_ARCOF", number))});
     }
-    links.Close();
+    return suppliers;
 }
 
 /// The company's own description and the one in English.
@@ -151,12 +154,12 @@ Articles Articoli() {
                 {"ARPRZ", "_ARPRZ(1)", RoundedTo(6)},
                 {"ARRIC", "_ARPRZ(1), _ARCUL, _ARCOS", MarkUp()},
             },
+        .foundSuppliers = SuppliersOf,
         .aliases = {{.code = "_ARALT"}},
         .languages = {{.language = Fixed("EN"), .text = "_ARDSL(1)"}},
         .furtherRows = OtherWarehouse,
         .leavesOut = LeftOut,
         .more = SetDiscount,
-        .after = LinkSuppliers,
         .further = {{},
                     SupplierReads() + std::vector<TableNeed>{{ArtMag, {"_ARTIP", "_ARSCO"}}},
                     {{"ART_ICO", {"ARSCO"}}}},

@@ -63,10 +63,11 @@ Documents Documenti() {
                    .where = "(T.[_MMSIG] IS NULL OR T.[_MMSIG] NOT IN ('MF', 'MA'))", // MF, MA: stock movements
                    .naming = "_MMSIG, _MMSER, _MMNUM, _MMRIG",
                    .group = {"_MMSIG", "_MMSER", "_MMNUM", "_MMCLI", "_MMDAT"}},
-        .rows = {.table = "DOC_RIG",
-                 .on = {{"[_MMSIG]"}, {"[_MMSER]"}, {"[_MMNUM]"}, {"[_MMCLI]"}, {"[_MMDAT]"}},
-                 .order = "[_MMRIG]",
-                 .where = "(J1.[_MMSIG] IS NULL OR J1.[_MMSIG] NOT IN ('MF', 'MA'))"},
+        .rows =
+            {.table = "DOC_RIG",
+             .on = {{"[_MMSIG]"}, {.column = "[_MMSER]", .tiesNulls = true}, {"[_MMNUM]"}, {"[_MMCLI]"}, {"[_MMDAT]"}},
+             .order = "[_MMRIG]",
+             .where = "(J1.[_MMSIG] IS NULL OR J1.[_MMSIG] NOT IN ('MF', 'MA'))"},
         .kinds = Kinds(),
         .kind = "_MMSIG",
         .head =

@@ -39,16 +39,12 @@ const QString Condizioni = QStringLiteral("PC_CONDIZIONI_COMM");
 const QString Anagrafiche = QStringLiteral("AR_ANAGRAFICHE");
 const QString Righe = QStringLiteral("DB_RIGHE");
 
-const QDate NoDay(1900, 1, 1);
-
 /// What belongs to an article, in a table of its own.
 ChildTable OfArticle(const QString& table, const QString& where, const QString& order = {}) {
     return {.table = table, .on = {{"CKY_ART"}}, .order = order, .where = where};
 }
 
 // --- Rules --------------------------------------------------------------------------------------------------------
-
-Rule DayThere() { return NotNull(Day(NoDay)); }
 
 /// 1 is the euro.
 Rule NumberedCurrency() {

@@ -92,15 +92,23 @@ PartyColumns ColumnsOf(const RoleTable& role) {
     return columns;
 }
 
-/// CDCON of who has been imported from the same person in another role.
+/// CDCON of who has been imported from the same person in another role. Of two codes that a person has in a role each
+/// keeps the counterparty that it has become.
 Rule SamePerson(const RoleTable& role, const RoleTable& other) {
     const ChildTable rows{.table = other.table, .on = {{"IdPersona"}}, .order = other.code};
-    return {QStringLiteral("controparte importata dalla riga della persona in %1; niente se manca").arg(other.table),
-            [rows, other](const RuleInput& input) -> RuleValue {
+    return {QStringLiteral("controparte importata dalla riga della persona in %1, se %2 non ne ha già una; niente se "
+                           "manca")
+                .arg(other.table, role.code),
+            [rows, role, other](const RuleInput& input) -> RuleValue {
+                const auto partyOf = [&input](const RoleTable& table, const QString& code) {
+                    return code.isEmpty() ? code : LookUp(input.session, "CON_TRO", table.target, code, "CDCON");
+                };
+                if (!partyOf(role, input.row.Text(role.code)).isEmpty()) {
+                    return RuleValue();
+                }
                 QString party;
-                rows.First(input.session, input.row, [&](const SourceRow& row) {
-                    const QString code = row.Text(other.code);
-                    party = code.isEmpty() ? code : LookUp(input.session, "CON_TRO", other.target, code, "CDCON");
+                rows.ForEach(input.session, input.row, [&](const SourceRow& row) {
+                    party = party.isEmpty() ? partyOf(other, row.Text(other.code)) : party;
                 });
                 return party.isEmpty() ? RuleValue() : RuleValue(party);
             },
@@ -146,8 +154,43 @@ Contacts Referente() {
             .lines = {{"RFNOM", "Referente", Text()}}};
 }
 
+const QStringList PersonColumns{"Codice",
+                                "RagioneSociale",
+                                "RagioneSociale2",
+                                "PersonaFisica",
+                                "Cognome",
+                                "Nome",
+                                "Indirizzo",
+                                "NumeroCivico",
+                                "CAP",
+                                "Localita",
+                                "Provincia",
+                                "Nazione",
+                                "PartitaIva",
+                                "CodiceFiscale",
+                                "Telefono1",
+                                "Telefono2",
+                                "Fax",
+                                "Cellulare",
+                                "EMail",
+                                "SitoWeb",
+                                "ABI",
+                                "CAB_Banca",
+                                "CIN",
+                                "ContoCorrente",
+                                "IBAN",
+                                "BIC",
+                                "Valuta",
+                                "Lingua",
+                                "Annullato",
+                                "Note",
+                                "DataInserimento"};
+
+/// A person may have no code of its own: the role's tells it.
 QString WithoutPerson(const SourceRow& row) {
-    return row.IsBlank("Codice") ? QStringLiteral("senza una riga di Persone") : QString();
+    return std::ranges::all_of(PersonColumns, [&row](const QString& column) { return row.IsBlank(column); })
+               ? QStringLiteral("senza una riga di Persone")
+               : QString();
 }
 
 Counterparties PartiesOf(const RoleTable& role, const RoleTable& other) {
@@ -156,39 +199,7 @@ Counterparties PartiesOf(const RoleTable& role, const RoleTable& other) {
         .source = {.table = role.table,
                    .key = role.code,
                    .order = "Codice, " + role.code,
-                   .joins = {{.table = Persone,
-                              .on = {{"IdPersona"}},
-                              .columns = {"Codice",
-                                          "RagioneSociale",
-                                          "RagioneSociale2",
-                                          "PersonaFisica",
-                                          "Cognome",
-                                          "Nome",
-                                          "Indirizzo",
-                                          "NumeroCivico",
-                                          "CAP",
-                                          "Localita",
-                                          "Provincia",
-                                          "Nazione",
-                                          "PartitaIva",
-                                          "CodiceFiscale",
-                                          "Telefono1",
-                                          "Telefono2",
-                                          "Fax",
-                                          "Cellulare",
-                                          "EMail",
-                                          "SitoWeb",
-                                          "ABI",
-                                          "CAB_Banca",
-                                          "CIN",
-                                          "ContoCorrente",
-                                          "IBAN",
-                                          "BIC",
-                                          "Valuta",
-                                          "Lingua",
-                                          "Annullato",
-                                          "Note",
-                                          "DataInserimento"}}}},
+                   .joins = {{.table = Persone, .on = {{"IdPersona"}}, .columns = PersonColumns}}},
         .roles = Always(role.roles),
         .name = "RagioneSociale, RagioneSociale2",
         .vatNumber = "PartitaIva",
