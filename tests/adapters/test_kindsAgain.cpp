@@ -80,6 +80,38 @@ private slots:
         QTEST(import.Log().contains("ARTICOLO DOPPIO: tabella 'ART'"), "told");
     }
 
+    /// The same of codes, in each kind of table that has them.
+    void oneCodeOfTwoRowsInATable_data() {
+        Columns<QString, QString, bool>("table", "second", "told");
+        Row("the same", "TAB_IVA", "('A', 'Uno', 1)", false);
+        Row("another rate", "TAB_IVA", "('A', 'Uno', 22)", true);
+        Row("in another case", "TAB_IVA", "('a', 'Uno', 1)", true);
+        Row("the same term", "TAB_MOP", "('A', 'Uno', 1)", false);
+        Row("a term of other days", "TAB_MOP", "('A', 'Uno', 30)", true);
+        Row("the same bank", "BAN_CHE", "('A', 'Uno', 1)", false);
+        Row("a bank of another name", "BAN_CHE", "('A', 'Due', 1)", true);
+    }
+    void oneCodeOfTwoRowsInATable() {
+        QFETCH(const QString, table);
+        QFETCH(const QString, second);
+        Trial import("CREATE TABLE CODICI (COD VARCHAR(5), NOME VARCHAR(20), N INT)");
+        import.Get().Source->Execute("INSERT INTO CODICI VALUES ('A', 'Uno', 1), ('B', 'Uno', 2), " + second);
+        const Frame frame = FrameNamed("ImportCodici");
+        const SourceTable source{.table = "CODICI", .key = "COD"};
+        const BaseTable vat{.frame = frame,
+                            .source = source,
+                            .target = "TAB_IVA",
+                            .code = "COD",
+                            .lines = {{"IVDES", "NOME", Text()}, {"IVALI", "N", RoundedTo(2)}}};
+        const PaymentTerms terms{.frame = frame, .source = source, .code = "COD", .instalments = {{.days = "N"}}};
+        const Banks banks{.frame = frame, .source = source, .code = "COD", .lines = {{"BADES", "NOME", Text()}}};
+        const ImportPart part = table == u"TAB_IVA" ? PartOf(vat) : table == u"TAB_MOP" ? PartOf(terms) : PartOf(banks);
+        import.Run(ProcedureOf(std::nullopt, frame, {part}), "SELECT CDIVA FROM TAB_IVA");
+        QTEST(import.Log().contains(
+                  QByteArray("CODICE DOPPIO: tabella 'CODICI', COD '" + second.mid(2, 1).toLatin1() + "': ")),
+              "told");
+    }
+
     /// What somebody has entered stays; shares and numbers that do not agree are told.
     void instalmentsOfOthers_data() {
         Columns<QString, QString, QString>("source", "written", "told");

@@ -120,6 +120,64 @@ private slots:
         QVERIFY2(log.contains(told), qPrintable(log.section("Inizio", -1)));
         QTEST(fixture.Target().Rows("SELECT " + query).join('\n'), "rows");
     }
+
+    /// Rows that the source does not number are found by what they are, wherever they stand now.
+    void RowsWithoutANumber_data() {
+        Columns<QString, QString, QString, QString, QString>("module", "before", "after", "rows", "told");
+        const QString siderea = "modImport_Siderea";
+        const QString three = "TE-100,a,10 TE-100,b,7 VT-10,c,5";
+        Row("the first is delivered", siderea, three, "TE-100,b,7 VT-10,c,5", "10|a|10 20|b|7 30|c|5",
+            "RIGHE: ORDCL 77/2024 di 'Officine Meccaniche', DRNUM '10': 1 rimane");
+        Row("one more before them", siderea, three, "VT-10,n,1 " + three, "10|a|10 20|b|7 30|c|5 40|n|1", "");
+        Row("another quantity", siderea, "TE-100,a,10 TE-100,a,7", "TE-100,a,9 TE-100,a,7", "10|a|9 20|a|7",
+            "nessuna riga di ORDCL 77/2024 di 'Officine Meccaniche' è proprio questa: riscritta la 10, 'TE-100'");
+        Row("another quantity of the only one", siderea, "TE-100,a,10 VT-10,c,5", "VT-10,c,4 TE-100,a,10",
+            "10|a|10 20|c|4", "");
+        Row("another article", siderea, "TE-100,a,10", "VT-10,a,10", "10|a|10", "RIGA SENZA NUMERO");
+        Row("a number that a place has", siderea, "TE-100,a,10 TE-100,b,7 VT-10,c,5,20",
+            "TE-100,a,10 TE-100,b,7 VT-10,c,5,20", "10|a|10 30|b|7 20|c|5", "");
+        Row("one that is left out", siderea, three, "TE-100,a,10 TE-100,b,7 VT-10,c,0", "10|a|10 20|b|7 30|c|5",
+            "NON RISCRITTO: righe di ORDCL 77/2024 di 'Officine Meccaniche', DRNUM '30'");
+        Row("no numbers at all", "modImport_Lamina", "TE-100,a,1 VITE,b,2", "VITE,b,2", "0|a|1 0|b|2",
+            "DRNUM '0' (TE-100): 1 rimane");
+    }
+    void RowsWithoutANumber() {
+        QFETCH(const QString, module);
+        QFETCH(const QString, told);
+        const bool isLamina = module == "modImport_Lamina";
+        const QString insert =
+            isLamina ? "INSERT INTO ORDINI (_RIGA, ANNO, NUMERO, DATA, CLIENTE, ARTICOLO, DESCRIZIONE, QUANTITA, RIGA) "
+                       "VALUES ('%1', '2024', '77', '01/02/2024', '123', '%2', '%3', '%4', '%5')"
+                     : "INSERT INTO SIDEREA (_RIGA, Tipo, Anno, Numero, Data, [Codice controparte], Articolo, "
+                       "Descrizione, [Quantita ordinata], Riga) VALUES ('%1', 'C', '2024', '77', '1/2/2024', 'C1', "
+                       "'%2', '%3', '%4', '%5')";
+        QStringList rows;
+        const auto change = [&](ovConnection& source) {
+            for (qsizetype i = 0; i < rows.size(); ++i) {
+                const QStringList cells = rows.at(i).split(',');
+                source.Execute(insert.arg(1000 + i).arg(cells.at(0), cells.at(1), cells.at(2), cells.value(3)));
+            }
+        };
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), TestTarget::On::Embedded, change);
+        fixture.Run();
+        QFETCH(const QString, before);
+        QFETCH(const QString, after);
+        for (const QString& sheet : {before, after}) {
+            rows = sheet.split(' ');
+            fixture.RunLine(isLamina ? "ImportOrdiniLaminaFromCSV files=ordini.csv" : "ImportOrdiniApertiSiderea");
+        }
+        const QString log = QString::fromLatin1(fixture.Target().Log())
+                                .section("Inizio", -1)
+                                .remove(" NON PIÙ NELL'ORIGINE")
+                                .remove(" O TRA LE RIGHE ABBANDONATE");
+        QVERIFY2(told.isEmpty() ? !log.contains("DRNUM") && !log.contains("RIGA SENZA NUMERO") : log.contains(told),
+                 qPrintable(log));
+        QTEST(fixture.Target()
+                  .Rows("SELECT DRNUM, R.DRDES, DRQTR FROM X01_DOC_VER R JOIN X01_DOC_VEN T ON T.RECORD_ID = R.IDTES "
+                        "WHERE DTNUM = 77 ORDER BY R.RECORD_ID")
+                  .join(' '),
+              "rows");
+    }
 };
 
 QUADRIX_TEST(TestToldApart)

@@ -102,7 +102,17 @@ void TellOtherCount(ImportRun& run, const Mapping& mapping, const SourceRow& row
     }
 }
 
-RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping& mapping, const SourceRow& row) {
+size_t HashOf(const std::vector<Instalment>& instalments) {
+    size_t hash = instalments.size();
+    for (const Instalment& each : instalments) {
+        hash = qHashMulti(hash, each.type.value_or(QString()), each.days, each.start, each.percent,
+                          each.fixedDay.value_or(0));
+    }
+    return hash;
+}
+
+RowOutcome WriteTerm(ImportRun& run, WriterByCode& writer, const PaymentTerms& declared, const Mapping& mapping,
+                     const SourceRow& row) {
     Session& session = run.GetSession();
     const QString code = declared.code.RequiredText(session, row);
     const QString start = StartOf(declared.start, session, row, QStringLiteral("DF"));
@@ -119,7 +129,7 @@ RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping
     }
     const int count = static_cast<int>(instalments.size());
     const Mapping counted = WithCount(mapping, count == 0 ? CountInstalments(session, code) : count);
-    const RowOutcome outcome = WriteByCode(run, counted, row, {code});
+    const RowOutcome outcome = writer.Write(counted, row, {code}, HashOf(instalments));
     if (outcome != RowOutcome::Skipped) {
         TellOtherCount(run, mapping, row, code, count);
         WriteInstalments(run, code, instalments);
@@ -127,12 +137,22 @@ RowOutcome WriteTerm(ImportRun& run, const PaymentTerms& declared, const Mapping
     return outcome;
 }
 
-RowOutcome WriteCode(ImportRun& run, const BaseTable& declared, const Mapping& mapping, const SourceRow& row) {
+RowOutcome WriteCode(ImportRun& run, WriterByCode& writer, const BaseTable& declared, const Mapping& mapping,
+                     const SourceRow& row) {
     if (const QString rule = declared.leavesOut ? declared.leavesOut(row) : QString(); !rule.isEmpty()) {
         return run.Skip(rule);
     }
     Session& session = run.GetSession();
-    return WriteByCode(run, mapping, row, {declared.code.RequiredText(session, row)});
+    return writer.Write(mapping, row, {declared.code.RequiredText(session, row)});
+}
+
+/// Carries over the rows of a table with a code, in a run.
+MakeImporter Coded(std::function<RowOutcome(ImportRun&, WriterByCode&, const SourceRow&)> row) {
+    return [row = std::move(row)](ImportRun& run, const QString& singleCode) {
+        const auto writer = std::make_shared<WriterByCode>(run);
+        return Importing([row, writer](ImportRun& one, const SourceRow& of) { return row(one, *writer, of); })(
+            run, singleCode);
+    };
 }
 
 /// The rows of a table without a code.
@@ -199,6 +219,15 @@ private:
 
 } // namespace
 
+BaseTable CodeTable(const QString& step, const QString& table, const QString& key, const QString& target,
+                    const Lines& lines) {
+    return {.frame = {.step = step},
+            .source = {.table = table, .key = key, .order = key},
+            .target = target,
+            .code = Field(key),
+            .lines = lines};
+}
+
 Frame FrameOf(const BaseTable& declared) { return declared.frame; }
 
 ImportPart PartOf(const BaseTable& declared) {
@@ -211,8 +240,8 @@ ImportPart PartOf(const BaseTable& declared) {
                 if (!declared.code.IsSet()) {
                     return std::make_unique<KeyedRows>(run, declared, mapping);
                 }
-                return Importing([declared, mapping](ImportRun& one, const SourceRow& row) {
-                    return WriteCode(one, declared, *mapping, row);
+                return Coded([declared, mapping](ImportRun& one, WriterByCode& writer, const SourceRow& row) {
+                    return WriteCode(one, writer, declared, *mapping, row);
                 })(run, singleCode);
             }};
 }
@@ -235,14 +264,14 @@ ImportPart PartOf(const Banks& declared) {
             .source = declared.source,
             .needs = NeedsOf(*mapping),
             .empties = declared.empties,
-            .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
+            .make = Coded([declared, mapping](ImportRun& run, WriterByCode& writer, const SourceRow& row) {
                 Session& session = run.GetSession();
                 const QString iban = declared.iban.Text(session, row);
                 // One that nothing tells would be another bank at each run.
                 const QString code =
                     iban.isEmpty() ? declared.code.RequiredText(session, row) : declared.code.Text(session, row);
                 const QString bank = BankCodeOf(session, code, iban);
-                return WriteByCode(run, *mapping, row, {bank});
+                return writer.Write(*mapping, row, {bank});
             })};
 }
 
@@ -271,8 +300,8 @@ ImportPart PartOf(const PaymentTerms& declared) {
             .source = declared.source,
             .needs = needs,
             .empties = PaymentTermEmptying(),
-            .make = Importing([declared, mapping](ImportRun& run, const SourceRow& row) {
-                return WriteTerm(run, declared, *mapping, row);
+            .make = Coded([declared, mapping](ImportRun& run, WriterByCode& writer, const SourceRow& row) {
+                return WriteTerm(run, writer, declared, *mapping, row);
             })};
 }
 

@@ -20,6 +20,11 @@ struct BaseTable {
     LeavesOut leavesOut = {};
 };
 
+/// One as a part of a procedure of several, whose rows come by their code.
+/// @param step what the part is called @param key code column of the source
+BaseTable CodeTable(const QString& step, const QString& table, const QString& key, const QString& target,
+                    const Lines& lines);
+
 /// An import of the company's own banks (BAN_CHE). A bank is known by its code of the source, which BAEXT keeps, else
 /// by its IBAN; a new one gets the next code of five digits.
 struct Banks {

@@ -1,5 +1,6 @@
 #include "adapters/contract/kinds/Bills.h"
 
+#include "adapters/contract/map/emptyDays.h"
 #include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
@@ -402,7 +403,7 @@ bool BillImporter::IsOutOfItsDays(const SourceRow& row) const {
     const BillComponents& parts = m_kind->declared.components;
     const QDate today = GetSession().UserManager.DataElaborazione;
     const QVariant from = parts.from.Day(GetSession(), row);
-    const QVariant until = parts.until.Day(GetSession(), row);
+    const QVariant until = WithoutEmptyDay(parts.until.Day(GetSession(), row));
     const bool isToCome = !from.isNull() && from.toDate() > today;
     if (!isToCome && (until.isNull() || until.toDate() >= today)) {
         return false;

@@ -265,7 +265,7 @@ RowOutcome DocumentImporter::LeaveOut(const Place& place, const SourceRow& row, 
 void DocumentImporter::NoteLeftOut(const SourceRow& head, const DocumentKind& kind, const SourceRow& row) {
     try {
         const Place place = PlaceOf(head, kind);
-        place.family.documents.LeaveOut(place.key, Declared().row.number.WholeNumber(GetSession(), row));
+        place.family.documents.LeaveOut(place.key, IdentityOf(GetSession(), Declared().row, row));
     } catch (const ImportError&) {
         return;
     }
@@ -400,8 +400,7 @@ DocumentRow DocumentImporter::RowOf(const SourceRow& row, const DocumentKind& ki
     using namespace schema::defaults;
     Session& session = GetSession();
     const DocumentRowFields& fields = Declared().row;
-    DocumentRow values;
-    values.number = fields.number.WholeNumber(session, row);
+    DocumentRow values = IdentityOf(session, fields, row);
     values.article = fields.article.Text(session, row);
     values.type = fields.type.Text(session, row);
     values.description = fields.description.Text(session, row);
@@ -436,7 +435,8 @@ bool DocumentImporter::End() {
                        .arg(SinceText(GetSession(), Declared(), m_from), QString::number(m_older)));
     }
     for (const auto& [rule, count] : m_leftOut.asKeyValueRange()) {
-        Run().Tell(QStringLiteral("%1, righe saltate: %2: %3").arg(FrameOf(Declared()).step, rule).arg(count));
+        Run().Tell(
+            QStringLiteral("%1, righe saltate: %2: %3").arg(FrameOf(Declared()).step, rule, QString::number(count)));
     }
     if (m_ofHeads.end) {
         m_ofHeads.end();

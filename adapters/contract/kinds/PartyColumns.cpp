@@ -97,7 +97,7 @@ Lines PartyLines(const QString& table, const PartyColumns& columns) {
 
 Lines BranchLines(const QString& table, const BranchColumns& of) {
     return {
-        Line("CDSED", of.number, ThreeDigits()),
+        Line("CDSED", of.number, Digits(3)),
         Line("SERAS", of.name, Text()),
         Line("SEIND", of.street, Text()),
         Line("SENRC", of.houseNumber, Text()),

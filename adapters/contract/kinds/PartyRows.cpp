@@ -52,6 +52,25 @@ contract::Needs PartyRowsKind::Needs() const {
     return needs;
 }
 
+/// What a column of a contact holds, as messages say it; empty for none.
+QString WordsOf(const schema::Column& column, const QVariant& value) {
+    if (column.type == DataType::Bit) {
+        return mod_ovTools::ToBoolean(value) ? QStringLiteral("sì") : QStringLiteral("no");
+    }
+    return mod_ovTools::ToText(value).trimmed();
+}
+
+bool IsCompared(const schema::Column& column) {
+    return (column.size > 0 || column.type == DataType::Bit) && column.name != u"RFNOM" && column.name != u"CDCON";
+}
+
+/// How messages call a column of a contact: a mark by what it has him sent.
+QString NameOfColumn(const QString& column) {
+    static const QMap<QString, QString> sent{
+        {"RFOFF", "offerte"}, {"RFORD", "ordini"}, {"RFDDT", "DDT"}, {"RFFAT", "fatture"}};
+    return sent.contains(column) ? QStringLiteral("%1 (%2)").arg(column, sent.value(column)) : column;
+}
+
 /// A contact that is there stays as it is: what the source tells otherwise is told.
 void TellOther(ImportRun& run, const TargetRow& contact, const Mapping& mapping, const Owner& there) {
     Session& session = run.GetSession();
@@ -59,11 +78,15 @@ void TellOther(ImportRun& run, const TargetRow& contact, const Mapping& mapping,
         QStringLiteral("SELECT * FROM %1 WHERE RECORD_ID = %2").arg(run.FullName(ContactTable), there.key));
     const SourceRow known(rows);
     for (const QString& column : mapping.TargetColumns()) {
-        const QString told = mod_ovTools::ToText(contact.Value(column)).trimmed();
-        const bool isText = schema::FindTable(ContactTable)->FindColumn(column)->size > 0;
-        if (isText && !told.isEmpty() && column != u"RFNOM" && column != u"CDCON" && known.Text(column) != told) {
+        const schema::Column& of = *schema::FindTable(ContactTable)->FindColumn(column);
+        if (!IsCompared(of) || !contact.IsSet(column)) {
+            continue;
+        }
+        const QString told = WordsOf(of, contact.Value(column));
+        const QString held = WordsOf(of, known.Value(column));
+        if (!told.isEmpty() && held != told) {
             run.Log(QStringLiteral("RECAPITO DIVERSO: %1: %2 '%3' del riferimento '%4' in Quadrix è '%5', e resta")
-                        .arg(run.RowKey(), column, told, known.Text("RFNOM"), known.Text(column)));
+                        .arg(run.RowKey(), NameOfColumn(column), told, known.Text("RFNOM"), held));
         }
     }
 }

@@ -1,10 +1,11 @@
 #include "adapters/contract/kinds/PriceLists.h"
 
+#include "adapters/contract/map/emptyDays.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/scaleRows.h"
 #include "core/schemaDefaults.h"
-#include "sql/mod_ovTools.h"
 
 namespace contract {
 
@@ -165,7 +166,7 @@ std::optional<RowOutcome> PriceImporter::Write(const SourceRow& row, const Price
         const QString direction = DirectionOf(row, price);
         Validity validity{price.from.Day(session, row)};
         if (price.to.IsGiven(session, row)) {
-            validity.to = price.to.Day(session, row);
+            validity.to = WithoutEmptyDay(price.to.Day(session, row));
         }
         const ListHead head = m_writer.Head(list, direction,
                                             owner.isEmpty() ? price.description.Text(session, row)
@@ -213,13 +214,6 @@ void PriceImporter::GiveList(const QString& owner, const QString& direction) con
     target.Update("WHERE CDCON = " + Run().Quoted(owner));
 }
 
-/// Whether a scale has neither a price nor a discount on the one that the article has.
-bool SaysNothing(const Scale& scale) {
-    return scale.price.isNull() && std::ranges::all_of(scale.discounts, [](const QVariant& discount) {
-               return mod_ovTools::ReadNumber(discount).value_or(0) == 0;
-           });
-}
-
 std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRow& row,
                                                                   const ScaleFields& fields) const {
     Session& session = GetSession();
@@ -234,13 +228,7 @@ std::optional<PriceImporter::PriceOfRange> PriceImporter::ScaleOf(const SourceRo
     for (auto discount = fields.discounts.begin(); discount != last.base(); ++discount) {
         scale.discounts.push_back(discount->NumberOrNull(session, row));
     }
-    if (const auto limit = mod_ovTools::ReadNumber(scale.quantity); limit && *limit < 0) {
-        throw ImportError(QStringLiteral("colonna '%1': una quantità di %2 non è di nessun prezzo")
-                              .arg(quantity.Columns().join(QStringLiteral("', '")), mod_ovTools::NumberText(*limit)));
-    }
-    if (SaysNothing(scale)) {
-        Run().Log(QStringLiteral("PREZZO VUOTO: %1, colonna '%2'")
-                      .arg(Run().RowKey(), fields.price.Columns().join(QStringLiteral("', '"))));
+    if (!IsPrice(Run(), scale, quantity.Columns(), fields.price.Columns())) {
         return std::nullopt;
     }
     return PriceOfRange{scale, isFrom};

@@ -1,5 +1,7 @@
 #include "adapters/contract/kinds/Roles.h"
 
+#include "adapters/contract/map/lookups.h"
+
 #include <algorithm>
 
 namespace contract {
@@ -77,6 +79,19 @@ RoleTeller ByFlags(const RoleFlags& columns) {
         return roles;
     };
     return {names, of, !columns.carrier.isEmpty()};
+}
+
+std::function<void(ImportRun&, const QString&)> TellingUntyped(const SourceTable& source, const QString& type,
+                                                               const QString& name) {
+    return [source, type, name](ImportRun& run, const QString& singleCode) {
+        const QString query =
+            QStringLiteral("SELECT * FROM %1 WHERE (%2 IS NULL OR %2 <= ' ')%3 ORDER BY %4")
+                .arg(source.table, type, run.OnlyCode(QStringLiteral(" AND"), source.key, singleCode), source.key);
+        ForEachChild(run.GetSession(), query, source.table, source.key, [&](const SourceRow& row) {
+            run.Log(QStringLiteral("CONTROPARTE NON LETTA: %1 '%2': %3 è vuota, non dice se è cliente o fornitore")
+                        .arg(NameOf(row, source.table, source.key), row.Text(name), type));
+        });
+    };
 }
 
 } // namespace contract

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "adapters/contract/map/rules.h"
+#include "adapters/contract/kinds/SourceTable.h"
 
 namespace contract {
 
@@ -35,5 +35,11 @@ struct RoleFlags {
     QString carrier = {};
 };
 RoleTeller ByFlags(const RoleFlags& columns);
+
+/// What runs before the rows where only those of some types are read: it logs each row whose type is blank, for it may
+/// be of any.
+/// @param name column of its name, in the log
+std::function<void(ImportRun&, const QString& singleCode)> TellingUntyped(const SourceTable& source,
+                                                                          const QString& type, const QString& name);
 
 } // namespace contract

@@ -18,7 +18,7 @@ QString AliasOf(qsizetype join) { return QStringLiteral("J%1").arg(join + 1); }
 QString Condition(const std::vector<Tie>& ties, const QString& alias) {
     QStringList parts;
     for (const Tie& tie : ties) {
-        parts.append(QStringLiteral("%1.%2 = T.%3").arg(alias, tie.column, tie.Other()));
+        parts.append(tie.Condition(alias, QStringLiteral("T")));
     }
     return parts.join(QStringLiteral(" AND "));
 }
@@ -105,6 +105,13 @@ QStringList TiedColumns(const std::vector<Tie>& ties, bool ofOther) {
 }
 
 } // namespace
+
+QString Tie::Condition(const QString& alias, const QString& otherAlias) const {
+    const QString own = alias + u'.' + column;
+    const QString its = otherAlias + u'.' + Other();
+    return tiesNulls ? QStringLiteral("(%1 = %2 OR (%1 IS NULL AND %2 IS NULL))").arg(own, its)
+                     : QString(own + u" = " + its);
+}
 
 QStringList BareColumns(const QString& columns) {
     QStringList bare;

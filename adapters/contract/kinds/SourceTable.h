@@ -8,9 +8,11 @@ namespace contract {
 struct Tie {
     QString column;
     QString other = {};
-    bool tiesNulls = false; ///< of a child: whether Null equals Null, as a revision that is not told
+    bool tiesNulls = false; ///< whether Null equals Null, as a revision or a series that is not told
 
     const QString& Other() const { return other.isEmpty() ? column : other; }
+    /// That the columns are equal, as a condition on the tables of these aliases.
+    QString Condition(const QString& alias, const QString& otherAlias) const;
 };
 
 /// A second table that is read beside the first, row by row: columns of it stand in the row as if they were its own.

@@ -1,5 +1,7 @@
 #include "adapters/contract/kinds/documentChecks.h"
 
+#include <algorithm>
+
 namespace contract {
 
 QString ColumnNames(const QStringList& columns) {
@@ -64,15 +66,17 @@ void DocumentChecks::TellUnjoined() const {
     QStringList namesOfRow;
     for (const Tie& tie : rows.on) {
         namesOfRow.append(tie.column);
-        fromRows.append(QStringLiteral("O.%2 = L.%1").arg(tie.column, tie.Other()));
-        fromHeads.append(QStringLiteral("O.%1 = L.%2").arg(tie.column, tie.Other()));
+        fromRows.append(tie.Condition(QStringLiteral("L"), QStringLiteral("O")));
+        fromHeads.append(tie.Condition(QStringLiteral("O"), QStringLiteral("L")));
     }
     namesOfRow += rows.order.split(QStringLiteral(", "), Qt::SkipEmptyParts);
+    // A column that may be blank does not tell that the other row is not there.
+    const Tie& told = *std::ranges::find(rows.on, false, &Tie::tiesNulls);
     const QString both = QStringLiteral(" AND ");
-    TellUnmatched(m_run, {rows.table, heads, fromRows.join(both), rows.on.front().Other(),
+    TellUnmatched(m_run, {rows.table, heads, fromRows.join(both), told.Other(),
                           QString(m_kind.rowCondition).replace("J1.", "L."), Unqualified(namesOfRow)});
     if (m_kind.declared.reading == Reading::Joined) { // else each head is read, whatever rows it has
-        TellUnmatched(m_run, {heads, rows.table, fromHeads.join(both), rows.on.front().column,
+        TellUnmatched(m_run, {heads, rows.table, fromHeads.join(both), told.column,
                               QString(m_kind.headCondition).replace("T.", "L."), Unqualified(m_kind.ties)});
     }
 }
@@ -109,8 +113,7 @@ int DocumentChecks::YearOf(const SourceRow& head) const {
     if (year != ofDay % century) {
         throw ImportError(ColumnNames(fields.year.Columns()) +
                           QStringLiteral(": l'anno '%1' ha due cifre, e non sono le ultime di quello della data, '%2'")
-                              .arg(fields.year.Text(session, head))
-                              .arg(ofDay));
+                              .arg(fields.year.Text(session, head), QString::number(ofDay)));
     }
     return ofDay;
 }

@@ -123,6 +123,16 @@ std::vector<Family> FamiliesOf(const std::vector<DocumentKind>& kinds) {
     return families;
 }
 
+DocumentRow IdentityOf(Session& session, const DocumentRowFields& fields, const SourceRow& row) {
+    DocumentRow values;
+    values.number = fields.number.WholeNumber(session, row);
+    values.isNumbered = !fields.number.IsBlank(row);
+    if (!values.isNumbered) {
+        values.article = fields.article.Text(session, row);
+    }
+    return values;
+}
+
 DocumentsKind::DocumentsKind(Documents documents)
     : declared(std::move(documents)),
       headCondition(declared.source.where),

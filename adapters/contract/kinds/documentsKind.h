@@ -9,6 +9,9 @@ QStringList CausesOf(const std::vector<DocumentKind>& kinds);
 /// Their families, each once.
 std::vector<Family> FamiliesOf(const std::vector<DocumentKind>& kinds);
 
+/// What a row of a document is told by: its number, without one its article.
+DocumentRow IdentityOf(Session& session, const DocumentRowFields& fields, const SourceRow& row);
+
 /// The declaration with what follows from it; the procedure and its needs live on it.
 class DocumentsKind {
 public:

@@ -31,10 +31,6 @@ QString HasValue(const Session& session, const schema::Column& column, const QVa
            mod_ovTools::FormatSqlValue(value, column.type, session.Quadrix.ProviderType);
 }
 
-} // namespace
-
-namespace {
-
 /// Whether a row has the code as it is or, where databases may take them for two, in capitals.
 bool HasCode(Session& session, const QString& table, const QString& column, const QString& code) {
     constexpr char16_t firstFurther = 0x80;
@@ -45,9 +41,9 @@ bool HasCode(Session& session, const QString& table, const QString& column, cons
            (!isCapital && HasOwnCode(session.Quadrix, table, column, capitals));
 }
 
-} // namespace
-
-RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
+/// @param look sees what is written of the row, before it is
+RowOutcome WriteCoded(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts,
+                      const std::function<void(const TargetRow&)>& look) {
     const QString codeColumn = schema::FindTable(mapping.targetTable)->CodeColumn();
     const bool known = HasCode(run.GetSession(), mapping.targetTable, codeColumn, facts.code);
     if (FillsCodes(run)) {
@@ -55,7 +51,35 @@ RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& 
     }
     TargetRow target(run, mapping.targetTable);
     mapping.Apply(target, run.GetSession(), row, facts);
+    look(target);
     return Write(target, known ? Equals(run.GetSession(), codeColumn, facts.code) : QString());
+}
+
+} // namespace
+
+RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts) {
+    return WriteCoded(run, mapping, row, facts, [](const TargetRow&) {});
+}
+
+RowOutcome WriterByCode::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts, size_t further) {
+    return WriteCoded(m_run, mapping, row, facts, [&](const TargetRow& target) {
+        size_t values = qHash(further);
+        for (const MapLine& line : mapping.lines) {
+            values = qHashMulti(values, line.target, mod_ovTools::ToText(target.Value(line.target)));
+        }
+        TellOther(mapping.targetTable, facts.code, values);
+    });
+}
+
+void WriterByCode::TellOther(const QString& table, const QString& code, size_t values) {
+    const QString key = mod_ovTools::UpperChars(code);
+    const auto before = m_values.constFind(key);
+    if (before != m_values.cend() && *before != values) {
+        m_run.Log(QStringLiteral("CODICE DOPPIO: %1: una riga di prima ha scritto altro di '%2' in %3: vale questa")
+                      .arg(m_run.RowKey(), code, table));
+    }
+    m_run.RestoresEntry(m_values, key);
+    m_values.insert(key, values);
 }
 
 RowOutcome WriterByKeys::Write(const Mapping& mapping, const SourceRow& row, const Facts& facts) {

@@ -11,6 +11,23 @@ namespace contract {
 /// `ImportError`.
 RowOutcome WriteByCode(ImportRun& run, const Mapping& mapping, const SourceRow& row, const Facts& facts);
 
+/// The same for all rows of a run: a second row of one code that writes something else over what the first has written
+/// is told, as only somebody can know which of the two is right.
+class WriterByCode {
+public:
+    explicit WriterByCode(ImportRun& run)
+        : m_run(run) {}
+
+    /// @param further what the row tells of the code beside the mapping, in a hash
+    RowOutcome Write(const Mapping& mapping, const SourceRow& row, const Facts& facts, size_t further = 0);
+
+private:
+    void TellOther(const QString& table, const QString& code, size_t values);
+
+    ImportRun& m_run;
+    QHash<QString, size_t> m_values; ///< what the last row has written, in hashes, by the code in capitals
+};
+
 /// The same for a table whose rows several columns tell apart, which the mapping sets: the letters of intent of a
 /// customer, the checks of an article. Rows of one run that nothing tells apart stay as many: the second is written
 /// over the second that an earlier import has left.

@@ -1,6 +1,7 @@
 #include "adapters/contract/write/Counterparty.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/bareName.h"
 #include "adapters/contract/write/iban.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "core/schemaDefaults.h"
@@ -19,11 +20,6 @@ const QStringList AlikeBranches{"SETIP", "SERAS", "SEIND", "SENRC", "SECIT"};
 
 QString Without(QString text, std::u16string_view characters) {
     return text.removeIf([characters](QChar c) { return characters.find(c.unicode()) != characters.npos; });
-}
-
-/// A name or street without what is written now so, now otherwise.
-QString Bare(const QVariant& text) {
-    return mod_ovTools::ToText(text).removeIf([](QChar c) { return !c.isLetterOrNumber(); }).toUpper();
 }
 
 /// A telephone number by its digits, without the prefix of the country.
@@ -232,7 +228,10 @@ bool CounterpartyWriter::Hangs(const Owner& owner, const QString& table, const Q
 }
 
 void CounterpartyWriter::Numbers(const Owner& owner, const SourceRow& row, const NumberColumns& columns) const {
-    const auto text = [&row](const QString& column) { return column.isEmpty() ? QString() : row.Text(column); };
+    const auto text = [&](const QString& column) {
+        const QString told = column.isEmpty() ? QString() : row.Text(column);
+        return columns.zeroIsNone && told == u"0" ? QString() : told;
+    };
     Telephone(owner, QStringLiteral("Ufficio"), text(columns.office));
     Telephone(owner, QStringLiteral("Ufficio 2"), text(columns.office2));
     Telephone(owner, QStringLiteral("Fax (uff.)"), text(columns.fax));
@@ -314,7 +313,8 @@ std::optional<Owner> CounterpartyWriter::Met(const Owner& counterparty, const Ta
     for (; !rows.Eof(); rows.MoveNext()) {
         const QString id = mod_ovTools::ToText(rows.Value(QStringLiteral("RECORD_ID")));
         const bool same = std::all_of(alike.begin(), alike.end(), [&](const QString& column) {
-            return Bare(rows.Value(column)) == Bare(row.Value(column));
+            return BareName(mod_ovTools::ToText(rows.Value(column))) ==
+                   BareName(mod_ovTools::ToText(row.Value(column)));
         });
         if (same && !m_met.contains(table + id)) {
             MeetChild(table + id);

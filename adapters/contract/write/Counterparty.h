@@ -67,6 +67,7 @@ struct NumberColumns {
     QString web = {};
     QString home = {};
     QString telex = {};
+    bool zeroIsNone = false; ///< in columns of numbers
 
     /// Those that the source has.
     QStringList Names() const;

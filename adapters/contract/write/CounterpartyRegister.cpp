@@ -1,6 +1,7 @@
 #include "adapters/contract/write/CounterpartyRegister.h"
 
 #include "adapters/contract/map/lookups.h"
+#include "adapters/contract/write/bareName.h"
 #include "core/identifyingNumber.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -26,11 +27,6 @@ bool Agree(const QString& one, const QString& other) {
     return !one.isEmpty() && one.compare(other, Qt::CaseInsensitive) == 0;
 }
 
-/// A name without what is written now so, now otherwise: blanks, punctuation, case.
-QString Bare(QString name) {
-    return name.removeIf([](QChar c) { return !c.isLetterOrNumber(); }).toUpper();
-}
-
 /// What tells who somebody is, in the source or in Quadrix.
 struct Identity {
     QString vatNumber;
@@ -40,7 +36,7 @@ struct Identity {
     Identity(const QString& vat, const QString& tax, const QString& called)
         : vatNumber(IdentifyingNumber(vat)),
           taxCode(IdentifyingNumber(tax)),
-          name(Bare(called)) {}
+          name(BareName(called)) {}
 
     bool HasNumber() const { return !vatNumber.isEmpty() || !taxCode.isEmpty(); }
     bool SharesNumber(const Identity& other) const {

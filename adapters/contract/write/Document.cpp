@@ -398,17 +398,20 @@ qint64 DocumentWriter::FindImportedRow(qint64 head, int number, const QSet<qint6
 }
 
 qint64 DocumentWriter::TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written,
-                                    const QSet<int>& leftOut) const {
+                                    LeftOutRows leftOut) const {
     Session& session = m_run.GetSession();
     QStringList left;
     QStringList notRewritten;
-    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, DRNUM FROM " + m_run.FullName(m_family.row) +
+    Recordset rows = session.Quadrix.ExecuteWC(u"SELECT RECORD_ID, DRNUM, DRART FROM " + m_run.FullName(m_family.row) +
                                                u" WHERE " + Equals("IDTES", head) + u" AND " + OfImports(session) +
                                                u" ORDER BY DRNUM, RECORD_ID");
     for (; !rows.Eof(); rows.MoveNext()) {
         if (!written.contains(rows.Fields(0).Value().toLongLong())) {
-            const bool isLeftOut = leftOut.contains(rows.Value("DRNUM").toInt());
-            (isLeftOut ? notRewritten : left).append(u'\'' + TextOf(rows, "DRNUM") + u'\'');
+            const int number = rows.Value("DRNUM").toInt();
+            const QString article = TextOf(rows, "DRART");
+            const bool isLeftOut = leftOut.numbers.contains(number) || leftOut.articles.removeOne(article.toUpper());
+            const QString ofArticle = number == 0 && !article.isEmpty() ? " (" + article + ')' : QString();
+            (isLeftOut ? notRewritten : left).append(u'\'' + TextOf(rows, "DRNUM") + u'\'' + ofArticle);
         }
     }
     const auto ofDocument = [&name](const QStringList& numbers) {

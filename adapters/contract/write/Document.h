@@ -97,6 +97,7 @@ QString OfSeries(const Session& session, const QString& series);
 /// A document row.
 struct DocumentRow {
     int number = 0;
+    bool isNumbered = true; ///< whether the source gives the number; else it follows from the row's place
     QString type;
     QString article;
     QString description; ///< empty: that of the article
@@ -115,6 +116,20 @@ struct DocumentRow {
     double Amount() const;
     /// Whether there is nothing in it but its description: neither an article nor an amount.
     bool IsText() const { return article.isEmpty() && Amount() == 0; }
+};
+
+/// A row of a document that is there, found by what it is.
+struct LikeRow {
+    qint64 id = 0; ///< RECORD_ID; 0: none is like the one looked for
+    int number = 0;
+    QString article = {};
+    bool isCertain = true; ///< whether it is the same, or the only one of its article
+};
+
+/// Rows that the source has of a document and that are not written.
+struct LeftOutRows {
+    QSet<int> numbers = {};
+    QStringList articles = {}; ///< of those that it does not number
 };
 
 /// Writes documents of a family. It knows the target, never the origin.
@@ -154,13 +169,19 @@ public:
     /// somebody's own, as earlier releases wrote over those; not told: it is
     qint64 FindImportedRow(qint64 head, int number, const QSet<qint64>& but = {},
                            const std::optional<QString>& article = {}) const;
+    /// The row that an import has written to a head and that is most like one which the source does not number: of the
+    /// same article and text, quantity and price, or place, as many of them as there are; of another article only where
+    /// quantity and price are the same, with text or place. @param row as it would be written @param but as above
+    LikeRow FindRowLike(qint64 head, const TargetRow& row, const QSet<qint64>& but) const;
+    /// The number for a new row of a head which the source does not number: its own, else the next free one by tens; 0
+    /// where the source numbers none.
+    int FreeNumber(qint64 head, int number) const;
     /// Tells which rows an import has written to a head beyond those of this run: they were imported before and are no
     /// longer in the source, yet they still count in the totals. @param name of the document
     /// @param written RECORD_ID of those of this run
-    /// @param leftOut DRNUM of those that the source has and this run leaves out: they are told apart
+    /// @param leftOut those that the source has and this run leaves out: they are told apart
     /// @return their number
-    qint64 TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written,
-                        const QSet<int>& leftOut = {}) const;
+    qint64 TellRowsLeft(qint64 head, const QString& name, const QSet<qint64>& written, LeftOutRows leftOut = {}) const;
     /// Tells which documents of these causes, of that day or later, an earlier import has written and this run has not
     /// come across: deleted in the source or, where only open ones are read, settled there. They stay as they are. A
     /// run of a single code tells none.

@@ -65,7 +65,7 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     if (m_options.checkArticles && !values.article.isEmpty() &&
         !IsThere(m_run.GetSession(), "ART_ICO", "CDART", values.article)) {
         m_run.Log(QStringLiteral("ARTICOLO NON TROVATO: %1: '%2', riga saltata").arg(m_run.RowKey(), values.article));
-        LeaveOut(key, values.number);
+        LeaveOut(key, values);
         return m_run.Skip(ArticleMissing);
     }
     State state = begins ? Write(key, first, known) : *m_state;
@@ -75,20 +75,41 @@ RowOutcome OpenDocument::Row(const QString& key, const std::function<Head()>& he
     return outcome;
 }
 
-void OpenDocument::LeaveOut(const QString& key, int number) {
+void OpenDocument::LeaveOut(const QString& key, const DocumentRow& row) {
     if (m_leftOut.key != key) {
         m_leftOut = {key};
     }
-    m_leftOut.numbers.insert(number);
+    if (row.isNumbered) {
+        m_leftOut.rows.numbers.insert(row.number);
+    } else {
+        m_leftOut.rows.articles.append(row.article.toUpper());
+    }
 }
 
 /// A row of that number which somebody has entered counts too: of imports there is none left.
 void OpenDocument::TellOther(const State& state, int number) const {
-    if (state.wasThere && m_writer.FindRow(state.id, number, state.written) != 0) {
+    if (state.wasThere && m_writer.FindImportedRow(state.id, number, state.written) == 0 &&
+        m_writer.FindRow(state.id, number, state.written) != 0) {
         m_run.Log(QStringLiteral("RIGA DI ALTRA MANO: %1: la riga %2 di %3 non è di un'importazione: resta, e quella "
                                  "dell'origine le sta accanto")
                       .arg(m_run.RowKey(), QString::number(number), NameOf(state.head)));
     }
+}
+
+/// The row that one without a number has become before, which keeps the number that it was given then: the place of a
+/// row is another one as soon as a row before it is delivered. A new one gets a number that no other has.
+qint64 OpenDocument::FindLike(const State& state, const DocumentRow& row, TargetRow& target) const {
+    const LikeRow like = m_writer.FindRowLike(state.id, target, state.written);
+    if (like.id == 0) {
+        target.Set("DRNUM", m_writer.FreeNumber(state.id, row.number));
+        return 0;
+    }
+    target.Unset("DRNUM");
+    if (!like.isCertain) {
+        m_run.Log(QStringLiteral("RIGA SENZA NUMERO: %1: nessuna riga di %2 è proprio questa: riscritta la %3, '%4'")
+                      .arg(m_run.RowKey(), NameOf(state.head), QString::number(like.number), like.article));
+    }
+    return like.id;
 }
 
 RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const {
@@ -97,7 +118,11 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
         more(target);
     }
     const QString article = mod_ovTools::ToText(target.Value("DRART")).trimmed();
-    const qint64 known = state.wasThere ? m_writer.FindImportedRow(state.id, row.number, state.written, article) : 0;
+    const auto find = [&] {
+        return row.isNumbered ? m_writer.FindImportedRow(state.id, row.number, state.written, article)
+                              : FindLike(state, row, target);
+    };
+    const qint64 known = state.wasThere ? find() : 0;
     if (known != 0) {
         EmptyOthers(target, m_options.furtherOfRow);
         m_writer.Keep(target, known, row, m_options.lackingOfRow);
@@ -120,7 +145,7 @@ RowOutcome OpenDocument::WriteRow(State& state, const DocumentRow& row, const Mo
 std::optional<OpenDocument::Ended> OpenDocument::End() {
     std::optional<Ended> ended;
     if (m_state && m_state->id != 0) {
-        const QSet<int> leftOut = m_leftOut.key == m_state->key ? m_leftOut.numbers : QSet<int>();
+        const LeftOutRows leftOut = m_leftOut.key == m_state->key ? m_leftOut.rows : LeftOutRows();
         ended = {m_state->id, m_state->wasThere
                                   ? m_writer.TellRowsLeft(m_state->id, NameOf(m_state->head), m_state->written, leftOut)
                                   : 0};

@@ -45,8 +45,8 @@ public:
     /// @param row asked after it @param more sets further columns @param id gets the RECORD_ID of the row; may be null
     RowOutcome Row(const QString& key, const std::function<Head()>& head, const std::function<DocumentRow()>& row,
                    const More& more = {}, qint64* id = nullptr);
-    /// A row that the source has of a document and that is not written.
-    void LeaveOut(const QString& key, int number);
+    /// A row that the source has of a document and that is not written. @param row with what tells it
+    void LeaveOut(const QString& key, const DocumentRow& row);
     /// Whether the document of that key is under way.
     bool Has(const QString& key) const { return m_state && m_state->key == key; }
     /// The head of the document under way, which must be there.
@@ -71,15 +71,15 @@ private:
         bool wasThere = false;
         QSet<qint64> written = {}; ///< rows of a document that was there
     };
-    /// Rows of a document that the source has and that are not written.
     struct LeftOut {
         QString key = {};
-        QSet<int> numbers = {};
+        LeftOutRows rows = {};
     };
     qint64 Find(const Head& head);
     State Write(const QString& key, const Head& head, qint64 known);
     RowOutcome SkipUnwritten(const State& state) const;
     void TellOther(const State& state, int number) const;
+    qint64 FindLike(const State& state, const DocumentRow& row, TargetRow& target) const;
     RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
 
     ImportRun& m_run;

@@ -3,9 +3,12 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/wholeCharacters.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "core/qdxProduction_sheets.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
+
+#include <algorithm>
 
 namespace contract {
 
@@ -90,7 +93,7 @@ QString FreeFormatCode(ImportRun& run, const SheetFormat& format,
     };
     QString free = format.code;
     for (int number = 2; isTaken(free); ++number) {
-        free = QStringLiteral("%1-%2").arg(format.code).arg(number);
+        free = format.code + u'-' + QString::number(number);
     }
     if (const QString before = taken.value(free.toUpper()); !before.isEmpty()) {
         run.Log(QStringLiteral("FORMATO RINOMINATO: %1: il formato '%2' di '%3' era di '%4', che l'origine non ha più")
@@ -106,16 +109,42 @@ QString SearchText(const QString& code, const QString& description) {
     return FirstOf(code + QStringLiteral(" - ") + description, schema::FindTable("ART_ICO")->FindColumn("ARCDR")->size);
 }
 
-KnownFormat FindFormat(ImportRun& run, const QString& externalCode) {
+KnownFormat FindFormat(ImportRun& run, const QString& externalCode, const std::function<QString()>& sheet) {
     Session& session = run.GetSession();
-    Recordset found = session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(FormatTable) +
-                                                QStringLiteral(" WHERE ") + Equals(session, "LMEXT", externalCode));
-    if (externalCode.isEmpty() || !StepToCode(found, "LMEXT", externalCode)) {
-        return {};
+    std::vector<KnownFormat> formats;
+    if (!externalCode.isEmpty()) {
+        Recordset found = session.Quadrix.ExecuteWC(QStringLiteral("SELECT * FROM ") + run.FullName(FormatTable) +
+                                                    QStringLiteral(" WHERE ") + Equals(session, "LMEXT", externalCode));
+        for (const SourceRow row(found); StepToCode(found, "LMEXT", externalCode); found.MoveNext()) {
+            formats.push_back({row.Text("CDART"), row.Text("CDFMT"), row.Text("LMSFR"),
+                               mod_ovTools::ToDouble(row.Value("LMDMX")), mod_ovTools::ToDouble(row.Value("LMDMY"))});
+        }
     }
-    const SourceRow row(found);
-    return {row.Text("CDART"), row.Text("CDFMT"), row.Text("LMSFR"), mod_ovTools::ToDouble(row.Value("LMDMX")),
-            mod_ovTools::ToDouble(row.Value("LMDMY"))};
+    if (formats.size() > 1 && sheet) {
+        const QString now = sheet();
+        const auto ofSheet =
+            std::ranges::find_if(formats, [&now](const KnownFormat& one) { return IsSameCode(one.article, now); });
+        return ofSheet == formats.end() ? formats.front() : *ofSheet;
+    }
+    return formats.empty() ? KnownFormat() : formats.front();
+}
+
+void TellFormerFormats(ImportRun& run, const SheetFormat& format) {
+    Session& session = run.GetSession();
+    QStringList former;
+    Recordset found =
+        session.Quadrix.ExecuteWC(QStringLiteral("SELECT CDART, CDFMT, LMEXT FROM ") + run.FullName(FormatTable) +
+                                  QStringLiteral(" WHERE ") + Equals(session, "LMEXT", format.external) +
+                                  QStringLiteral(" AND ") + OfImports(session) + QStringLiteral(" ORDER BY RECORD_ID"));
+    for (const SourceRow row(found); StepToCode(found, "LMEXT", format.external); found.MoveNext()) {
+        if (!IsSameCode(row.Text("CDART"), format.article)) {
+            former.append(QStringLiteral("'%1' di '%2'").arg(row.Text("CDFMT"), row.Text("CDART")));
+        }
+    }
+    TellNoLongerThere(
+        run, QStringLiteral("FORMATI"),
+        QStringLiteral("%1, ora di '%2': %3").arg(run.RowKey(), format.article, former.join(QStringLiteral(", "))),
+        former.size());
 }
 
 } // namespace contract

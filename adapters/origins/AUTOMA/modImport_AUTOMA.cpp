@@ -9,6 +9,7 @@
 #include "adapters/contract/run/Origin.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/write/Article.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "adapters/contract/write/SheetFormat.h"
 #include "adapters/contract/write/Stock.h"
 #include "adapters/sourceSettings.h"
@@ -141,6 +142,23 @@ void WriteHandlingUnit(ImportRun& run, const SourceRow& row) {
     }
 }
 
+/// Tells which handling units earlier imports have written and this one has not met: they have left the warehouse.
+/// @param met their codes, in capitals
+void TellUnitsLeft(ImportRun& run, const QSet<QString>& met) {
+    if (run.IsPart()) {
+        return;
+    }
+    Session& session = run.GetSession();
+    Recordset units = session.Quadrix.ExecuteWC("SELECT CDUDC, CDUBI FROM " + run.FullName("UDC_MAG") + " WHERE " +
+                                                OfImports(session) + " ORDER BY CDUDC");
+    for (const SourceRow unit(units); !units.Eof(); units.MoveNext()) {
+        if (!met.contains(unit.Text("CDUDC").toUpper())) {
+            TellNotMetAgain(run, QStringLiteral("UNITÀ DI CARICO"),
+                            QStringLiteral("'%1', ubicazione '%2'").arg(unit.Text("CDUDC"), unit.Text("CDUBI")), 1);
+        }
+    }
+}
+
 /// The thickness is not carried over: that of the article counts, and another one is told.
 void CheckThickness(ImportRun& run, const SourceRow& row, const QString& article) {
     const double here =
@@ -218,15 +236,20 @@ void ImportInventarioAUTOMA(Session& session, const QString& singleCode, bool re
         }
         StockWriter writer(run);
         writer.WritesAll();
+        QSet<QString> units; // of the source
         const QString from =
             "GIACENZE G\rLEFT JOIN CELLE C ON C.ID_CELLA = G.ID_CELLA\rWHERE G.QTA > 0" +
             (singleCode.isEmpty() ? QString() : QString(" AND G.COD_ARTICOLO = " + run.Quoted(singleCode)));
         const bool toTheEnd =
             run.Rows({"Saldi di magazzino", Giacenze, "COD_ARTICOLO, COD_CELLA", "SELECT COUNT(*) FROM " + from,
                       "SELECT G.*, C.COD_CELLA FROM " + from + "\rORDER BY G.COD_ARTICOLO, C.COD_CELLA, G.ID_CELLA"},
-                     [&](const SourceRow& row) { return ImportGiacenza(run, writer, row); });
+                     [&](const SourceRow& row) {
+                         run.Remember(units, row.Text("ID_UDC").toUpper());
+                         return ImportGiacenza(run, writer, row);
+                     });
         if (toTheEnd) {
             writer.TellRowsLeft();
+            TellUnitsLeft(run, units);
         }
         run.Complete("Saldi di magazzino AUTOMA importati correttamente!");
     });

@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
+#include "adapters/contract/write/noLongerThere.h"
 #include "adapters/sourceSettings.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
@@ -68,15 +69,12 @@ Branches Destinazioni() {
                  .on = {{"CodCliente", "Codice"}},
                  .order = "Numero",
                  .naming = "CodCliente, Numero"},
-        .lines =
-            {
-                {"CDSED", "Numero", ThreeDigits()},
-                {"SERAS", "Nome", Text()},
-                {"SEIND", "Via", Text()},
-                {"SECAP", "CAP", WhenNotBlank("Citta", Text())},
-                {"SECIT", "Citta", WhenNotBlank("Citta", Text())},
-                {"SEPRO", "Prov", Text()},
-            },
+        .lines = BranchLines("Destinazioni", {.number = "Numero",
+                                              .name = "Nome",
+                                              .street = "Via",
+                                              .postCode = "CAP",
+                                              .town = "Citta",
+                                              .province = "Prov"}),
     };
 }
 
@@ -182,20 +180,70 @@ const Mapping& GivenListMapping() {
     return mapping;
 }
 
-/// Gives a customer the list that is made for him.
-RowOutcome GiveList(ImportRun& run, const SourceRow& row) {
-    Session& session = run.GetSession();
+/// Gives each customer the list that is made for him. SYS_IMP remembers whom, so that a list that the source has taken
+/// away again is told from one that the customer has from elsewhere.
+class GivenLists final : public Importer {
+public:
+    using Importer::Importer;
+
+    RowOutcome Row(const SourceRow& row) override;
+    bool End() override {
+        if (!Run().IsPart()) {
+            TellTaken();
+        }
+        return true;
+    }
+
+private:
+    void TellTaken();
+    QString Memory() const { return Run().FullName("LIS_TES"); } ///< list of SYS_IMP
+
+    QSet<QString> m_given; ///< lists and customers, as "H2 000102", in capitals
+};
+
+const QString GivenField = QStringLiteral("CLIENTE");
+
+RowOutcome GivenLists::Row(const SourceRow& row) {
+    Session& session = GetSession();
     const QString customer = Field("CodCliente", KnownCustomer()).Text(session, row);
     if (customer.isEmpty()) {
-        return run.Skip(CustomerMissing);
+        return Run().Skip(CustomerMissing);
     }
-    if (!IsThere(session, "LIS_TES", "CDLIS", Field("Codice", ListCode()).Text(session, row))) {
-        return run.Skip(QStringLiteral("listino senza prezzi"));
+    const QString list = Field("Codice", ListCode()).Text(session, row);
+    const QString given = list + u' ' + customer;
+    m_given.insert(given.toUpper());
+    if (!IsThere(session, "LIS_TES", "CDLIS", list)) {
+        return Run().Skip(QStringLiteral("listino senza prezzi"));
     }
-    TargetRow target(run, "CON_TRO");
+    TargetRow target(Run(), "CON_TRO");
     GivenListMapping().Apply(target, session, row, {customer});
     target.Update("WHERE " + Equals(session, "CDCON", customer));
+    if (!StoredNewCode(session, Memory(), GivenField, given)) {
+        StoreNewCode(Run(), Memory(), GivenField, given, Run().Module());
+    }
     return RowOutcome::Updated;
+}
+
+void GivenLists::TellTaken() {
+    Session& session = GetSession();
+    const QString ofMemory = Equals(session, "TBNAM", Memory()) + " AND " + Equals(session, "TBFLD", GivenField);
+    QStringList before;
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT TBOLD FROM SYS_IMP WHERE " + ofMemory + " ORDER BY TBOLD");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        before.append(row.Text("TBOLD"));
+    }
+    for (const QString& given : before) {
+        const QString list = given.section(u' ', 0, -2);
+        const QString customer = given.section(u' ', -1);
+        if (m_given.contains(given.toUpper())) {
+            continue;
+        }
+        if (LookUp(session, "CON_TRO", "CDCON", customer, "COLSC").compare(list, Qt::CaseInsensitive) == 0) {
+            TellNotMetAgain(Run(), "LISTINI DEI CLIENTI", QStringLiteral("'%1' di '%2'").arg(list, customer), 1);
+        } else {
+            Run().DeleteRows("SYS_IMP", ofMemory + " AND " + Equals(session, "TBOLD", given));
+        }
+    }
 }
 
 Procedure ImportListini() {
@@ -203,8 +251,8 @@ Procedure ImportListini() {
     const ImportPart given{
         .step = "Listini dei clienti",
         .source = {.table = ListHeads, .key = "Codice", .order = "Codice", .where = "CodCliente IS NOT NULL"},
-        .needs = NeedsOf(GivenListMapping()),
-        .make = Importing(GiveList)};
+        .needs = NeedsOf(GivenListMapping()) + Needs{{}, {}, {{"SYS_IMP", {"TBNAM", "TBFLD", "TBOLD", "TBNEW"}}}},
+        .make = [](ImportRun& run, const QString&) { return std::make_unique<GivenLists>(run); }};
     return ProcedureOf(Button::Dis, FrameOf(lists), {PartOf(lists), given});
 }
 

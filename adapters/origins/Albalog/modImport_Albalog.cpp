@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/contract/map/carrierCodes.h"
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/numberedLists.h"
 #include "adapters/contract/run/RowSelection.h"
@@ -58,22 +59,26 @@ void NoteCarrier(ImportRun& run, CounterpartyWriter& /*writer*/, const SourceRow
     }
 }
 
-/// CDCON of a carrier: of the customer or supplier with that code, else of whom the import has made from one that is
-/// nothing but a carrier; empty when there is none.
+/// CDCON of a carrier: of whom the import has made from the carrier with that code, else of the customer or supplier
+/// with it; empty when there is none.
 QString CarrierOf(Session& session, const QString& code) {
+    const QString carrier = CarrierCode(session, Anagraf, Codana, code);
+    if (!carrier.isEmpty() && IsThere(session, "CON_TRO", "CDCON", carrier)) {
+        return carrier;
+    }
     for (const char* column : {"COCGE", "COFGE"}) {
         if (const QString party = LookUp(session, "CON_TRO", column, code, "CDCON"); !party.isEmpty()) {
             return party;
         }
     }
-    return CarrierCode(session, Anagraf, Codana, code);
+    return {};
 }
 
 /// Gives a counterparty the carrier that SYS_IMP tells.
 void GiveCarrier(ImportRun& run, const QString& party, const QString& code) {
     Session& session = run.GetSession();
     const QString carrier = CarrierOf(session, code);
-    if (carrier.isEmpty() || !IsThere(session, "CON_TRO", "CDCON", carrier)) {
+    if (carrier.isEmpty()) {
         run.Log(QStringLiteral("VETTORE NON TROVATO: controparte %1, codvet '%2'").arg(party, code));
         return;
     }
@@ -280,7 +285,7 @@ Articles Articoli() {
 
 // --- Price lists --------------------------------------------------------------------------------------------------
 
-/// A row of a customer is a price of his own list.
+/// A row of a customer is a price of his own list, one of purchases that of a supplier.
 PriceLists Listini() {
     return {
         .frame = {.module = Module, .procedure = "ImportListiniAlbalog"},
@@ -291,7 +296,7 @@ PriceLists Listini() {
         .article = {"codart", Article()},
         .prices = {{
             .list = {"codlis", NumberedList(Numbering)},
-            .owner = {Codana, CustomerOf()},
+            .owner = {"codana, tiplis", PartyByMark(schema::defaults::PurchaseList)},
             .direction = "tiplis",
             .description = "deslis",
             .currency = {"codval", Currency(ListiniTable, "codval")},

@@ -127,7 +127,7 @@ const Mapping& Sedi() {
         Destinaz,
         {
             {"CDCON", "codicecf", Code()},
-            {"CDSED", "codicedes", ThreeDigits()},
+            {"CDSED", "codicedes", Digits(3)},
             {"SERAS", "ragionesoc", Text()},
             {"SETIP", "", Constant("CO")},
             {"SEIND", "indirizzo", FirstUpper(StreetSize)},

@@ -9,6 +9,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/PriceList.h"
+#include "adapters/contract/write/scaleRows.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -225,6 +226,10 @@ RowOutcome ImportPrezzo(ImportRun& run, PriceListWriter& writer, const SourceRow
     if (row.IsBlank("codicearti")) {
         throw ImportError(QStringLiteral("colonna 'codicearti': il codice manca"));
     }
+    const Scale scale{row.Value("u_qta"), AmountOf(run, row, "u_prezzo")};
+    if (!IsPrice(run, scale, {"u_qta"}, {"u_prezzo"})) {
+        return run.Skip("riga senza prezzi");
+    }
     const QString sourceCode = row.Text("codclifor");
     if (list.sourceCode != sourceCode) {
         run.Restores(list);
@@ -233,7 +238,19 @@ RowOutcome ImportPrezzo(ImportRun& run, PriceListWriter& writer, const SourceRow
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
     IsImported(run, article); // which tells one that is not; its price may come before it
     const qint64 articleRow = writer.Article(list.head, article, {row.Value("datainizio"), row.Value("datafine")});
-    return writer.AddScale(articleRow, {row.Value("u_qta"), AmountOf(run, row, "u_prezzo")});
+    return writer.AddScale(articleRow, scale);
+}
+
+/// Prices of customers are told by the first character of their code, as it stands.
+void TellCodesOfAnotherForm(ImportRun& run) {
+    const qint64 rows = run.GetSession().SourceConnection().ExecuteCommand(
+        QStringLiteral("SELECT COUNT(*) FROM listini WHERE LEFT(codclifor,1) <> 'C' AND "
+                       "UPPER(LEFT(LTRIM(codclifor),1)) = 'C'"));
+    if (rows > 0) {
+        run.Tell(QStringLiteral("PREZZI NON LETTI: righe di 'listini' il cui 'codclifor' comincia con 'c' o con uno "
+                                "spazio, e non con 'C': %1")
+                     .arg(rows));
+    }
 }
 
 } // namespace
@@ -296,6 +313,9 @@ void ImportListiniArca2000(Session& session, const QString& singleCode, bool res
         const QString where =
             QString("\rWHERE LEFT(codclifor,1) = 'C'") +
             (singleCode.isEmpty() ? QString() : QString("\rAND codclifor = " + run.Quoted(singleCode)));
+        if (!run.IsPart()) {
+            TellCodesOfAnotherForm(run);
+        }
         PriceListWriter writer(run);
         CustomerList list;
         const bool toTheEnd = run.Rows({"Listini", Listini, "codicearti", "SELECT COUNT(*) FROM listini" + where,

@@ -97,15 +97,12 @@ Branches Destinazioni() {
                  .on = {{"Codice"}, {"Tipo"}},
                  .order = "Progressivo",
                  .naming = "Tipo, Codice, Progressivo"},
-        .lines =
-            {
-                {"CDSED", "Progressivo", ThreeDigits()},
-                {"SERAS", "RagioneSociale", Text()},
-                {"SEIND", "Indirizzo", Text()},
-                {"SECAP", "Cap", WhenNotBlank("Citta", Text())},
-                {"SECIT", "Citta", WhenNotBlank("Citta", Text())},
-                {"SEPRO", "Provincia", Text()},
-            },
+        .lines = BranchLines("Destinazioni", {.number = "Progressivo",
+                                              .name = "RagioneSociale",
+                                              .street = "Indirizzo",
+                                              .postCode = "Cap",
+                                              .town = "Citta",
+                                              .province = "Provincia"}),
     };
 }
 

@@ -189,16 +189,13 @@ void Complete(ImportRun& run, const SourceRow& row, TargetRow& party) {
 Branches Destinazioni() {
     return {
         .rows = {.table = Clidest, .on = {{"CODICE"}}, .order = RowNumber, .naming = "CODICE, PROGR"},
-        .lines =
-            {
-                {"CDSED", "PROGR", ThreeDigits()},
-                {"SERAS", "RAGSOC", Text()},
-                {"SEIND", "INDIR", Text()},
-                {"SECAP", "CAP", WhenNotBlank("LOCAL", Text())},
-                {"SECIT", "LOCAL", WhenNotBlank("LOCAL", Text())},
-                {"SEPRO", "PROV", Text()},
-                {"SERIF", "RIFER", Text()},
-            },
+        .lines = BranchLines(Clidest, {.number = "PROGR",
+                                       .name = "RAGSOC",
+                                       .street = "INDIR",
+                                       .postCode = "CAP",
+                                       .town = "LOCAL",
+                                       .province = "PROV",
+                                       .person = "RIFER"}),
         .numbers = {.office = "TEL"},
     };
 }

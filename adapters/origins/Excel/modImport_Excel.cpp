@@ -117,6 +117,20 @@ void SetFurther(const Beyond& beyond, const SourceRow& row, TargetRow& target) {
     }
 }
 
+/// What the usual lines write of a supplier who is there, out of the columns for customers, unless the sheet has the
+/// columns for suppliers.
+void SetOfSupplier(const Beyond& beyond, const SourceRow& row, TargetRow& party) {
+    static const QStringList columns{"COMOA", "COLSF", "COSF1"};
+    if (!party.IsSet("COFOR")) { // his role is not written
+        return;
+    }
+    for (const Further& further : beyond.found->columns) {
+        if (columns.contains(further.column) && !row.IsBlank(further.column)) {
+            party.Set(further.column, sheetCells::GetXlsValue(row, further.column, further.type));
+        }
+    }
+}
+
 /// The procedure of a declaration whose hooks write the further headers.
 template<class Declared>
 Procedure OverSheet(Button button, const Declared& declared, const Beyond& beyond) {
@@ -200,6 +214,8 @@ Procedure ImportClientiExcel() {
             [beyond](ImportRun& /*run*/, const SourceRow& row, TargetRow& party) {
                 if (party.Value("CDCON").isValid()) { // one that was there before only gains its role
                     SetFurther(beyond, row, party);
+                } else {
+                    SetOfSupplier(beyond, row, party);
                 }
             },
         .after =
@@ -230,7 +246,9 @@ Procedure ImportArticoliExcel() {
                 {"ARUM2", "ARUM2", Unit(Codes, "ARUM2", "")},
                 {"ARCOE", "ARCOE", NotZero()},
                 {"ARIVA", "ARIVA", VatCode(Codes, "ARIVA")},
-                {"ARCLA", "ARCLA", NotBlank(Text())},
+                {"ARCLA", "ARCLA", NotBlank(FirstUpper(10))},
+                {"ARLAM", "ARCLA", WithDefault(Is("LM"))},
+                {"ARTUB", "ARCLA", NotBlank(Is("TB"))},
                 {"ARFAM", "ARFAM", CodeOf("ARFAM", "FAM_PRO")},
                 {"ARMAT", "ARMAT", CodeOf("ARMAT", "TAB_MAT")},
                 {"ARCOS", "ARCOS", RoundedTo(6)},

@@ -130,6 +130,17 @@ PartyColumns ColumnsOf(const Party& party) {
     };
 }
 
+/// A dump has 0 for none in every field of numbers, and which fields are numbers differs.
+Lines PartyLinesOf(const Party& party) {
+    static const QStringList mayBeNumbers{"CAP",   "PARIV", "CODFI", "NRCCO", "CDIBA",
+                                          "CDPAG", "CDAGE", "CDLIS", "CDVAL", "CDESE"};
+    std::vector<MapLine> lines = PartyLines(party.table, ColumnsOf(party)).Over({});
+    for (MapLine& line : lines) {
+        line.rule = mayBeNumbers.contains(line.sources.value(0)) ? ZeroAsBlank(line.rule) : line.rule;
+    }
+    return {LineGroup(lines), {"COABI", "CDABI", NotZeroCode(Digits(5))}, {"COCAB", "CDCAB", NotZeroCode(Digits(5))}};
+}
+
 Counterparties PartiesOf(const Party& party) {
     return {
         .frame = {.module = Module,
@@ -142,11 +153,14 @@ Counterparties PartiesOf(const Party& party) {
         .name = QString(party.name + QStringLiteral(", ") + party.name2),
         .vatNumber = "PARIV",
         .taxCode = "CODFI",
-        .lines = {LineGroup(PartyLines(party.table, ColumnsOf(party)).Over({})),
-                  {"COABI", "CDABI", NotZeroCode(Digits(5))},
-                  {"COCAB", "CDCAB", NotZeroCode(Digits(5))}},
-        .numbers =
-            {.office = "TELE1", .office2 = "TELE2", .fax = "TELFX", .mobile = "CELLU", .mail = "EMAIL", .web = "SITWB"},
+        .lines = PartyLinesOf(party),
+        .numbers = {.office = "TELE1",
+                    .office2 = "TELE2",
+                    .fax = "TELFX",
+                    .mobile = "CELLU",
+                    .mail = "EMAIL",
+                    .web = "SITWB",
+                    .zeroIsNone = true},
         .empties = party.empties,
         .cancelled =
             [](const SourceRow& row) { return IsCancelled(row) ? QStringLiteral("riga annullata") : QString(); },
@@ -174,7 +188,7 @@ Articles Articoli() {
                 {"ARCOE", "FATCO", NotZero()},
                 {"ARIVA", "CDIVA", VatCode(ArticoliTable, "CDIVA")},
                 {"ARCLA", "TPART", Choice({{"P", "PF"}, {"S", "SL"}}, "CM")},
-                {"ARFAM", "CDFAM", TranslatedOrKnown(ArticoliTable, "CDFAM", "FAM_PRO")},
+                {"ARFAM", "CDFAM", ZeroAsBlank(TranslatedOrKnown(ArticoliTable, "CDFAM", "FAM_PRO"))},
                 {"ARCOS", "CSSTD, CSULT", FirstNotZero()},
                 {"ARPRZ", "PRLIS", RoundedTo(6)},
                 {"ARRIC", "PRLIS, CSSTD, CSULT", MarkUp()},
@@ -183,15 +197,15 @@ Articles Articoli() {
                 {"ARSMN", "SCMIN", RoundedTo(6)},
                 {"ARLOR", "LTRIO", RoundedTo(6)},
                 {"ARGGA", "GGAPP", RoundedTo(0)},
-                {"ARDIS", "NRDIS", Text()},
+                {"ARDIS", "NRDIS", ZeroAsBlank(Text())},
                 {"ARANN", "ATREC", Is("A")},
             },
         .suppliers = {{.supplier = {"CDFOR", NotZeroCode(KnownSupplier())},
-                       .ownCode = "ARTFO",
+                       .ownCode = {"ARTFO", NotZeroCode(Text())},
                        .price = {"CSSTD, CSULT", FirstNotZero()},
                        .leadDays = "GGAPP",
                        .lot = "LTRIO"}},
-        .location = "CDUBI",
+        .location = {"CDUBI", NotZeroCode(Text())},
     };
 }
 

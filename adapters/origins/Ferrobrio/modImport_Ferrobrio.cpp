@@ -17,6 +17,7 @@
 #include "core/modImport.h"
 #include "core/qdxProduction_sheets.h"
 #include "core/schemaDefaults.h"
+#include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
 using namespace contract;
@@ -153,6 +154,21 @@ RowOutcome FillArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet)
     return missing.Write(target);
 }
 
+/// The sheet with the code that an import has given its article before, where another follows from its material or
+/// code now: what hangs on the article, and its stock, would come twice.
+Sheet WithCodeOfBefore(ImportRun& run, Sheet sheet) {
+    Session& session = run.GetSession();
+    const QString before = modImport::GetNewCode(session, "ART_ICO", "CDART", sheet.oldCode, false);
+    const auto is = [&before](const QString& code) { return before.compare(code, Qt::CaseInsensitive) == 0; };
+    if (is(sheet.code) || is(sheet.oldCode) || before.isEmpty() || !IsThere(session, "ART_ICO", "CDART", before)) {
+        return sheet;
+    }
+    run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' è già l'articolo '%3', e non diventa '%4'")
+                .arg(run.RowKey(), sheet.oldCode, before, sheet.code));
+    sheet.code = before;
+    return sheet;
+}
+
 /// The article of the sheet under its new code: the old one recoded, unless the new one is there already.
 RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet) {
     Session& session = run.GetSession();
@@ -176,6 +192,30 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     return RowOutcome::Updated;
 }
 
+/// Takes the code of the source off the formats that it has had with other measures: stock would still find them.
+void LeaveFormats(ImportRun& run, const SheetFormat& format) {
+    Session& session = run.GetSession();
+    std::vector<std::pair<qint64, QString>> others;
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, CDFMT FROM " + run.FullName("ART_FMT") + " WHERE " +
+                                               Equals(session, "CDART", format.article) + " AND " +
+                                               Equals(session, "LMEXT", format.external) + " AND " +
+                                               OfImports(session) + " ORDER BY RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (!IsSameCode(row.Text("CDFMT"), format.code)) {
+            others.emplace_back(row.Value("RECORD_ID").toLongLong(), row.Text("CDFMT"));
+        }
+    }
+    rows.Close();
+    for (const auto& [id, code] : others) {
+        TargetRow other(run, "ART_FMT");
+        other.Set("LMEXT", QVariant());
+        other.Update("WHERE " + Equals("RECORD_ID", id));
+        run.Log(QStringLiteral("FORMATO LASCIATO: %1: '%2' era il formato '%3' di '%4', ora è '%5'")
+                    .arg(run.RowKey(), format.external, code, format.article, format.code));
+    }
+}
+
+/// Two sheets of the same measures are two formats.
 void WriteFormat(ImportRun& run, const Sheet& sheet) {
     if (sheet.size.length <= 0 || sheet.size.width <= 0) {
         run.Log(QStringLiteral("FORMATO SENZA MISURE: %1").arg(run.RowKey()));
@@ -189,11 +229,17 @@ void WriteFormat(ImportRun& run, const Sheet& sheet) {
     format.density = sheet.density;
     format.old = sheet.oldCode;
     format.external = sheet.oldCode;
+    format.code = FreeFormatCode(run, format, [&run](const QString& code) {
+        ovConnection& source = run.GetSession().SourceConnection();
+        return source.ExecuteCommand("SELECT COUNT(*) FROM Lamiere\rWHERE CodLamiera = " + LiteralOf(source, code)) !=
+               0;
+    });
+    LeaveFormats(run, format);
     WriteSheetFormat(run, format);
 }
 
 RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
-    const Sheet sheet = SheetOf(run, row);
+    Sheet sheet = SheetOf(run, row);
     if (sheet.code.isEmpty()) {
         run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' non ha materiale o spessore")
                     .arg(run.RowKey(), sheet.oldCode));
@@ -202,6 +248,7 @@ RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
     if (FillsCodes(run)) {
         return FillArticle(run, row, sheet);
     }
+    sheet = WithCodeOfBefore(run, sheet);
     const RowOutcome outcome = WriteArticle(run, row, sheet);
     WriteFormat(run, sheet);
     ArticleWriter(run).InternalCode(sheet.code, sheet.oldCode);
@@ -251,6 +298,22 @@ void ImportMaterialiFerrobrio(Session& session, const QString& singleCode, bool 
 
 // --- Stock --------------------------------------------------------------------------------------------------------
 
+/// The format of a sheet with its measures: the one that has its code, else the one of these measures alone; empty when
+/// there is neither.
+QString FormatOf(ImportRun& run, const StockLine& line, const QString& sheet) {
+    Session& session = run.GetSession();
+    const QString ofMeasures = qdxProduction::qdxCalcolaCodiceFormatoArticolo(line.length, line.width);
+    const QString ofArticle = Equals(session, "CDART", line.article) + " AND ";
+    Recordset rows = session.Quadrix.ExecuteWC("SELECT CDFMT FROM " + run.FullName("ART_FMT") + " WHERE " + ofArticle +
+                                               Equals(session, "LMEXT", sheet) + " ORDER BY RECORD_ID");
+    for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
+        if (const QString code = row.Text("CDFMT"); code.startsWith(ofMeasures + u'-')) {
+            return code;
+        }
+    }
+    return IdWhere(session, "ART_FMT", ofArticle + Equals(session, "CDFMT", ofMeasures)) != 0 ? ofMeasures : QString();
+}
+
 RowOutcome ImportGiacenza(ImportRun& run, StockWriter& writer, const SourceRow& row) {
     Session& session = run.GetSession();
     const QString warehouse = TranslatedCode(session, "FERROBRIO", "MAGAZZINO", row.Text("Magazzino"), "MAG_AZZ");
@@ -264,11 +327,7 @@ RowOutcome ImportGiacenza(ImportRun& run, StockWriter& writer, const SourceRow& 
     line.width = NumberOf(row, "Larghezza");
     line.sheet = line.length != 0;
     if (line.sheet) {
-        const QString format = qdxProduction::qdxCalcolaCodiceFormatoArticolo(line.length, line.width);
-        const bool there =
-            IdWhere(session, "ART_FMT",
-                    Equals(session, "CDART", line.article) + " AND " + Equals(session, "CDFMT", format)) != 0;
-        line.format = there ? format : QString();
+        line.format = FormatOf(run, line, row.Text("Codice"));
     }
     if (mod_ovTools::ToBoolean(row.Value("Sfrido"))) {
         line.offcut = row.Text("Codice");
@@ -285,7 +344,7 @@ const Needs& SaldiNeeds() {
                   {{.list = "FERROBRIO", .field = "MAGAZZINO", .table = "MOV_MAR", .column = "MRMAG"}}};
         all.writes.push_back({"MOV_MAG", {"MMLAM"}});
         all.writes.push_back({"MOV_MAR", {"MRUBI", "MRFMT", "MRSFR", "MRLMX", "MRLMY"}});
-        all.writes.push_back({"ART_FMT", {"CDART", "CDFMT"}});
+        all.writes.push_back({"ART_FMT", {"CDART", "CDFMT", "LMEXT"}});
         return all;
     }();
     return needs;

@@ -10,6 +10,7 @@
 
 #include "adapters/origins/GammaSqlServer/modImport_GammaSqlServer.h"
 
+#include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/sourceSettings.h"
 
@@ -23,14 +24,6 @@ const contract::Origin& Entry();
 namespace {
 
 // --- Rules --------------------------------------------------------------------------------------------------------
-
-/// The code that stands for none in a numbered column.
-Rule ZeroAsBlank(const Rule& rule) {
-    return Around(rule, QStringLiteral("0 vale vuoto; ") + rule.text, [apply = rule.apply](const RuleInput& input) {
-        const QString text = input.Text();
-        return apply({input.session, input.row, input.columns, input.facts, text == u"0" ? QString() : text});
-    });
-}
 
 /// Town and postal code: those of the register of towns where the row names one (first source column), else its own.
 Rule OfTown(const QString& column) {

@@ -6,6 +6,7 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/sourceSettings.h"
 #include "core/schemaDefaults.h"
@@ -42,12 +43,12 @@ Rule Article() { return ArticleCode(ArticoliTable, "CODICE"); }
 
 Branches Destinazioni() {
     return {.rows = {.table = "CLIENTI_DEST", .on = {{"CODICE"}}, .order = "PROGR", .naming = "CODICE, PROGR"},
-            .lines = {{"CDSED", "PROGR", ThreeDigits()},
-                      {"SERAS", "RAGSOC", Text()},
-                      {"SEIND", "INDIRIZZO", Text()},
-                      {"SECAP", "CAP", WhenNotBlank("LOCALITA", Text())},
-                      {"SECIT", "LOCALITA", WhenNotBlank("LOCALITA", Text())},
-                      {"SEPRO", "PROVINCIA", Text()}},
+            .lines = BranchLines("CLIENTI_DEST", {.number = "PROGR",
+                                                  .name = "RAGSOC",
+                                                  .street = "INDIRIZZO",
+                                                  .postCode = "CAP",
+                                                  .town = "LOCALITA",
+                                                  .province = "PROVINCIA"}),
             .numbers = {.office = "TELEFONO"}};
 }
 
@@ -88,7 +89,7 @@ Lines PartyLines(const QString& table) {
         {"COBLK", "BLOCCO", Flag()},
         {"COANN", "ANNULLATO", Flag()},
         {"CONOT", "NOTE", Text()},
-        {"DTINS", "DATA_INS", NotNull(Day())},
+        {"DTINS", "DATA_INS", DayThere()},
     };
 }
 
@@ -150,7 +151,7 @@ Articles Articoli() {
                 {"ARGGA", "GG_CONSEGNA", RoundedTo(0)},
                 {"ARANN", "ANNULLATO", Flag()},
                 {"ARNOT", "NOTE", Text()},
-                {"DTINS", "DATA_INS", NotNull(Day())},
+                {"DTINS", "DATA_INS", DayThere()},
             },
         .suppliers = {{.supplier = {"FORNITORE", KnownSupplier()},
                        .ownCode = "COD_FORNITORE",

@@ -73,15 +73,12 @@ QString OfOtherKind(const SourceRow& row) {
 Branches Destinazioni() {
     return {
         .rows = {.table = "clfndest", .on = {{"cftipo"}, {"cfcod"}}, .order = "cdnum", .isOptional = true},
-        .lines =
-            {
-                {"CDSED", "cdnum", Digits(3)},
-                {"SERAS", "cdrag", Text()},
-                {"SEIND", "cdind", Text()},
-                {"SECAP", "cdcap", WhenNotBlank("cdloc", Text())},
-                {"SECIT", "cdloc", WhenNotBlank("cdloc", Text())},
-                {"SEPRO", "cdprov", Text()},
-            },
+        .lines = BranchLines("clfndest", {.number = "cdnum",
+                                          .name = "cdrag",
+                                          .street = "cdind",
+                                          .postCode = "cdcap",
+                                          .town = "cdloc",
+                                          .province = "cdprov"}),
         .numbers = {.office = "cdtel", .fax = "cdfax"},
     };
 }

@@ -151,27 +151,32 @@ const Mapping& AccountMapping() {
 }
 
 /// Inserts or updates an account. One whose ledger is not there is logged.
-RowOutcome UpdatePIA_CON(ImportRun& run, const SourceRow& row, const LumenAccount& account) {
+RowOutcome UpdatePIA_CON(ImportRun& run, WriterByCode& writer, const SourceRow& row, const LumenAccount& account) {
     const QString parent = account.Parent();
     if (!parent.isEmpty() && !IsThere(run.GetSession(), "PIA_CON", "CDCNT", parent)) {
         run.Log(QStringLiteral("MASTRO NON TROVATO: %1: '%2'").arg(run.RowKey(), parent));
     }
-    return WriteByCode(run, AccountMapping(), row, {account.Code()});
+    return writer.Write(AccountMapping(), row, {account.Code()});
 }
 
 class AccountImporter final : public Importer {
 public:
-    using Importer::Importer;
+    explicit AccountImporter(ImportRun& run)
+        : Importer(run),
+          m_writer(run) {}
 
     RowOutcome Row(const SourceRow& row) override {
         LumenAccount account;
-        return ParseRowLumen(row.Value("RIGA").toString(), account) ? UpdatePIA_CON(Run(), row, account)
+        return ParseRowLumen(row.Value("RIGA").toString(), account) ? UpdatePIA_CON(Run(), m_writer, row, account)
                                                                     : Run().Skip(QStringLiteral("riga senza conto"));
     }
     bool End() override {
         WriteAccountPaths(Run());
         return true;
     }
+
+private:
+    WriterByCode m_writer;
 };
 
 Procedure ImportPianoContiLumen() {

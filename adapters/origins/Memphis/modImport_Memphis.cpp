@@ -72,18 +72,15 @@ const PartyColumns Columns{
 Branches Destinazioni() {
     return {
         .rows = {.table = "DESTINAZIONI", .on = {{"TipoAnag"}, {"CodAnag"}}, .order = "CodDest"},
-        .lines =
-            {
-                {"CDSED", "CodDest", Digits(3)},
-                {"SERAS", "RagSoc", Text()},
-                {"SEIND", "Indirizzo", Text()},
-                {"SECAP", "Cap", WhenNotBlank("Localita", Text())},
-                {"SECIT", "Localita", WhenNotBlank("Localita", Text())},
-                {"SEPRO", "Provincia", Text()},
-                {"SENAZ", "CodNazione", Country(Anagrafiche, "CodNazione")},
-                {"SERIF", "Riferimento", Text()},
-                {"SEDEF", "Predefinita", Flag()},
-            },
+        .lines = BranchLines(Anagrafiche, {.number = "CodDest",
+                                           .name = "RagSoc",
+                                           .street = "Indirizzo",
+                                           .postCode = "Cap",
+                                           .town = "Localita",
+                                           .province = "Provincia",
+                                           .country = "CodNazione",
+                                           .person = "Riferimento",
+                                           .isDefault = "Predefinita"}),
         .numbers = {.office = "Telefono", .fax = "Fax"},
     };
 }

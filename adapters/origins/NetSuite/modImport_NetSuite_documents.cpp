@@ -3,6 +3,7 @@
 #include "adapters/origins/NetSuite/modImport_NetSuite.h"
 
 #include "adapters/contract/kinds/BaseTables.h"
+#include "adapters/contract/map/codeRules.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -52,23 +53,12 @@ PaymentTerms Pagamenti() {
 }
 
 BaseTable CodiciIva() {
-    return {
-        .frame = {.step = "Codici IVA"},
-        .source = {.table = "TBIV200F", .key = "CDIVA", .order = "CDIVA"},
-        .target = "TAB_IVA",
-        .code = "CDIVA",
-        .lines = {{"IVDES", "DSIVA", First(100)}, {"IVALI", "PCIVA", RoundedTo(2)}},
-    };
+    return CodeTable("Codici IVA", "TBIV200F", "CDIVA", "TAB_IVA",
+                     {{"IVDES", "DSIVA", First(100)}, {"IVALI", "PCIVA", VatRate()}});
 }
 
 BaseTable UnitaDiMisura() {
-    return {
-        .frame = {.step = "Unità di misura"},
-        .source = {.table = "TBUM200F", .key = "CDUMI", .order = "CDUMI"},
-        .target = "TAB_UMS",
-        .code = "CDUMI",
-        .lines = {{"UMDES", "DSUMI", First(100)}},
-    };
+    return CodeTable("Unità di misura", "TBUM200F", "CDUMI", "TAB_UMS", {{"UMDES", "DSUMI", First(100)}});
 }
 
 Banks Banche() {

@@ -99,18 +99,15 @@ Rule BankCode(const QString& column, const QString& there, const QString& other,
 Branches Destinazioni() {
     return {
         .rows = {.table = "DESTINAZIONI", .on = {{"TipoCF"}, {"Codice"}}, .order = "NrDest"},
-        .lines =
-            {
-                {"CDSED", "NrDest", Digits(3)},
-                {"SERAS", "RagSoc", Text()},
-                {"SEIND", "Indirizzo", Text()},
-                {"SECAP", "CAP", WhenNotBlank("Citta", Text())},
-                {"SECIT", "Citta", WhenNotBlank("Citta", Text())},
-                {"SEPRO", "Prov", Text()},
-                {"SENAZ", "Nazione", Country(Clifor, "Nazione")},
-                {"SERIF", "Riferimento", Text()},
-                {"SEDEF", "Predefinita", Flag()},
-            },
+        .lines = BranchLines(Clifor, {.number = "NrDest",
+                                      .name = "RagSoc",
+                                      .street = "Indirizzo",
+                                      .postCode = "CAP",
+                                      .town = "Citta",
+                                      .province = "Prov",
+                                      .country = "Nazione",
+                                      .person = "Riferimento",
+                                      .isDefault = "Predefinita"}),
         .numbers = {.office = "Telefono", .fax = "Fax"},
     };
 }

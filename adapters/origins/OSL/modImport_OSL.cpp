@@ -10,6 +10,7 @@
 #include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
+#include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/kinds/PriceLists.h"
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/contract/map/numberedLists.h"
@@ -90,12 +91,12 @@ Counterparties Controparti() {
                     .web = "WEB"},
         .branches = {{
             .rows = {.table = "DESTINAZIONI", .on = {{"CODICE"}}, .order = "PROGR", .naming = "CODICE, PROGR"},
-            .lines = {{"CDSED", "PROGR", ThreeDigits()},
-                      {"SERAS", "RAGSOC", Text()},
-                      {"SEIND", "INDIRIZZO", Text()},
-                      {"SECAP", "CAP", WhenNotBlank("LOCALITA", Text())},
-                      {"SECIT", "LOCALITA", WhenNotBlank("LOCALITA", Text())},
-                      {"SEPRO", "PROV", Text()}},
+            .lines = BranchLines("DESTINAZIONI", {.number = "PROGR",
+                                                  .name = "RAGSOC",
+                                                  .street = "INDIRIZZO",
+                                                  .postCode = "CAP",
+                                                  .town = "LOCALITA",
+                                                  .province = "PROV"}),
             .numbers = {.office = "TELEFONO"},
         }},
         .contacts = {{
@@ -136,8 +137,8 @@ Articles Articoli() {
                 {"ARDIS", "DISEGNO", Text()},
                 {"ARREV", "REVISIONE", Text()},
                 {"ARANN", "ANNULLATO", Flag()},
-                {"ARINV", "DATACREA", NotNull(Day())},
-                {"DTINS", "DATACREA", NotNull(Day())},
+                {"ARINV", "DATACREA", DayThere()},
+                {"DTINS", "DATACREA", DayThere()},
                 {"ARNOT", "NOTE", Text()},
             },
         .suppliers = {{.supplier = {"CODFOR", KnownSupplier()},
@@ -251,16 +252,6 @@ Documents Documenti() {
 
 // --- Base tables --------------------------------------------------------------------------------------------------
 
-/// A table of codes with their descriptions.
-BaseTable Codes(const QString& source, const QString& key, const QString& target, const QString& text,
-                const QString& step, Lines lines = {}) {
-    return {.frame = {.step = step},
-            .source = {.table = source, .key = key, .order = key},
-            .target = target,
-            .code = {key},
-            .lines = lines.IsEmpty() ? Lines{{text, "DESCR", Text()}} : std::move(lines)};
-}
-
 Procedure TabelleBase() {
     const PaymentTerms terms{
         .frame = {.module = Module,
@@ -277,11 +268,12 @@ Procedure TabelleBase() {
                                    .start = {"FINEMESE", FlagAs("FM", "DF")}},
     };
     const BaseTable vat =
-        Codes("TABIVA", "CODIVA", "TAB_IVA", "IVDES", "Codici IVA",
-              {{"IVDES", "DESCR", Text()}, {"IVALI", "ALIQ", RoundedTo(2)}, {"IVIND", "INDETR", RoundedTo(2)}});
+        CodeTable("Codici IVA", "TABIVA", "CODIVA", "TAB_IVA",
+                  {{"IVDES", "DESCR", Text()}, {"IVALI", "ALIQ", VatRate()}, {"IVIND", "INDETR", RoundedTo(2)}});
     return ProcedureOf(Button::Saldi, FrameOf(terms),
-                       {PartOf(terms), PartOf(vat), PartOf(Codes("TABUM", "UM", "TAB_UMS", "UMDES", "Unità di misura")),
-                        PartOf(Codes("TABFAM", "FAMIGLIA", "FAM_PRO", "FPDES", "Famiglie"))});
+                       {PartOf(terms), PartOf(vat),
+                        PartOf(CodeTable("Unità di misura", "TABUM", "UM", "TAB_UMS", {{"UMDES", "DESCR", Text()}})),
+                        PartOf(CodeTable("Famiglie", "TABFAM", "FAMIGLIA", "FAM_PRO", {{"FPDES", "DESCR", Text()}}))});
 }
 
 // --- Price lists --------------------------------------------------------------------------------------------------

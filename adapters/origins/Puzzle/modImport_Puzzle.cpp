@@ -71,19 +71,16 @@ Branches Destinazioni(const Parties& parties) {
     const QString table = QStringLiteral("destinazioni");
     return {
         .rows = RowsOf(parties, table),
-        .lines =
-            {
-                {"CDSED", "progressivo", Digits(3)},
-                {"SERAS", "ragione_sociale", Text()},
-                {"SEIND", "indirizzo", Text()},
-                {"SENRC", "civico", Text()},
-                {"SECAP", "cap", WhenNotBlank("citta", Text())},
-                {"SECIT", "citta", WhenNotBlank("citta", Text())},
-                {"SEPRO", "provincia", Text()},
-                {"SENAZ", "nazione", Country(table, "nazione")},
-                {"SERIF", "referente", Text()},
-                {"SEDEF", "predefinita", Flag()},
-            },
+        .lines = BranchLines(table, {.number = "progressivo",
+                                     .name = "ragione_sociale",
+                                     .street = "indirizzo",
+                                     .houseNumber = "civico",
+                                     .postCode = "cap",
+                                     .town = "citta",
+                                     .province = "provincia",
+                                     .country = "nazione",
+                                     .person = "referente",
+                                     .isDefault = "predefinita"}),
         .numbers = {.office = "telefono", .fax = "fax"},
     };
 }

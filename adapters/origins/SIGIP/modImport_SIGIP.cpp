@@ -10,6 +10,7 @@
 #include "adapters/contract/kinds/childRules.h"
 #include "adapters/contract/kinds/Counterparties.h"
 #include "adapters/contract/kinds/Documents.h"
+#include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TriggersOff.h"
 #include "adapters/sourceSettings.h"
@@ -59,12 +60,12 @@ Rule Article() { return ArticleCode(Artico, "CODART"); }
 
 Branches Destinazioni() {
     return {.rows = {.table = "DESTIN", .on = {{"CODCLI", "CODICE"}}, .order = "NUMDES", .naming = "CODCLI, NUMDES"},
-            .lines = {{"CDSED", "NUMDES", ThreeDigits()},
-                      {"SERAS", "RAGSOC", Text()},
-                      {"SEIND", "INDIRI", Text()},
-                      {"SECAP", "CAP", WhenNotBlank("LOCALI", Text())},
-                      {"SECIT", "LOCALI", WhenNotBlank("LOCALI", Text())},
-                      {"SEPRO", "PROVIN", Text()}}};
+            .lines = BranchLines("DESTIN", {.number = "NUMDES",
+                                            .name = "RAGSOC",
+                                            .street = "INDIRI",
+                                            .postCode = "CAP",
+                                            .town = "LOCALI",
+                                            .province = "PROVIN"})};
 }
 
 Counterparties PartiesOf(const Side& side) {
@@ -295,8 +296,8 @@ const Mapping& DatesOf(const Side& side) {
     const auto made = [](const Side& of) {
         return Mapping{of.kind.family.row,
                        of.rows,
-                       {{"DRCOR", "DATCON", NotNull(Day())},
-                        {"DRCOC", "DATCNF", NotNull(Day())},
+                       {{"DRCOR", "DATCON", DayThere()},
+                        {"DRCOC", "DATCNF", DayThere()},
                         {"DRCON", "DATCNF, DATCON", NotNull(FirstNotBlank(Day()))}},
                        true};
     };

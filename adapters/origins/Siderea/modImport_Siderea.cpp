@@ -11,6 +11,7 @@
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sources/privateDatabase.h"
+#include "sql/mod_ovTools.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -23,6 +24,9 @@ namespace {
 
 const QString Sheet = QStringLiteral("SIDEREA");
 const QString RowNumber = sources::RowNumberColumn;
+
+/// What tells an order; its letter may be in small ones.
+const QStringList OrderColumns{"Tipo", "Anno", "Numero"};
 
 /// The rows of the order that a row is of.
 const ChildTable OfOrder{.table = Sheet,
@@ -69,20 +73,38 @@ Rule NameOfParty() {
             }};
 }
 
-/// The number of a row; without one its place in the order, by tens.
+/// The number of a row without one: its place in the order, by tens, unless another row has it.
+int NumberByPlace(const RuleInput& input) {
+    constexpr int step = 10;
+    const qint64 own = input.row.Value(RowNumber).toLongLong();
+    QSet<int> taken;
+    std::vector<int> places; // of the rows without a number, to this one
+    int place = 0;
+    OfOrder.ForEach(input.session, input.row, [&](const SourceRow& row) {
+        ++place;
+        const double number = mod_ovTools::ReadNumber(row.Value(input.columns.first())).value_or(0);
+        if (number > 0) {
+            taken.insert(static_cast<int>(number));
+        } else if (row.Value(RowNumber).toLongLong() <= own) {
+            places.push_back(place);
+        }
+    });
+    int number = 0;
+    for (const int each : places) {
+        number = each * step;
+        while (taken.contains(number)) {
+            number += step;
+        }
+        taken.insert(number);
+    }
+    return number;
+}
+
 Rule NumberOfRow() {
-    return {"il numero; se è vuoto il posto della riga nel suo ordine, di dieci in dieci",
+    return {"il numero; se è vuoto il posto della riga nel suo ordine, di dieci in dieci, o il primo libero dopo",
             [](const RuleInput& input) {
-                constexpr int step = 10;
-                if (const double number = NumberOf(input.row, input.columns.first()); number > 0) {
-                    return RuleValue(number);
-                }
-                const qint64 own = input.row.Value(RowNumber).toLongLong();
-                int place = 0;
-                OfOrder.ForEach(input.session, input.row, [&place, own](const SourceRow& row) {
-                    place += row.Value(RowNumber).toLongLong() <= own ? 1 : 0;
-                });
-                return RuleValue(place * step);
+                const double number = NumberOf(input.row, input.columns.first());
+                return RuleValue(number > 0 ? number : NumberByPlace(input));
             },
             Side::Both, OfOrder.OwnNeeds(Sheet).reads};
 }
@@ -134,7 +156,8 @@ Documents OrdiniAperti() {
                    .key = "Numero",
                    .order = "Tipo, Anno, Numero, _RIGA",
                    .naming = "Tipo, Anno, Numero",
-                   .group = {"Tipo", "Anno", "Numero"}},
+                   .group = OrderColumns,
+                   .groupOf = [](const SourceRow& row) { return GroupText(row, OrderColumns).toUpper(); }},
         .reading = Reading::OneTable,
         .kinds = {{.marks = {"C"}, .cause = "ORDCL", .type = "ORD", .family = Sales},
                   {.marks = {"F"}, .cause = "ORDFO", .type = "ORD", .family = Purchases}},

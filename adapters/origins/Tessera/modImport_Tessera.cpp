@@ -11,6 +11,7 @@
 #include "adapters/contract/kinds/Articles.h"
 #include "adapters/contract/kinds/Bills.h"
 #include "adapters/contract/kinds/Counterparties.h"
+#include "adapters/contract/kinds/PartyColumns.h"
 #include "adapters/contract/run/Origin.h"
 #include "adapters/origins/Solution/modImport_Solution.h"
 #include "adapters/sourceSettings.h"
@@ -68,12 +69,12 @@ Counterparties Controparti() {
         .numbers = {"Tel1", "Tel2", "Fax", "Cell", "EMail", "Web"},
         .branches = {{
             .rows = {.table = "CliForDest", .on = {{"IdCliFor"}}, .order = "Progr"},
-            .lines = {{"CDSED", "Progr", Digits(3)},
-                      {"SERAS", "RagSoc", Text()},
-                      {"SEIND", "Indir", Text()},
-                      {"SECAP", "Cap", WhenNotBlank("Citta", Text())},
-                      {"SECIT", "Citta", WhenNotBlank("Citta", Text())},
-                      {"SEPRO", "Prov", Text()}},
+            .lines = BranchLines("CliForDest", {.number = "Progr",
+                                                .name = "RagSoc",
+                                                .street = "Indir",
+                                                .postCode = "Cap",
+                                                .town = "Citta",
+                                                .province = "Prov"}),
         }},
     };
 }
