@@ -4,6 +4,7 @@
 #include "adapters/contract/run/SourceMemory.h"
 #include "adapters/contract/write/Cam.h"
 #include "app/connectSource.h"
+#include "sql/names.h"
 
 #include <QScopeGuard>
 
@@ -27,7 +28,10 @@ contract::Lacks MissingFromCams(Session& session, const contract::Procedure& pro
             lacks.optional.append(prefix + ": " + each);
         }
         for (const QString& each : ofCam.narrow) {
-            lacks.narrow += lacks.narrow.contains(each) ? QStringList() : QStringList(each);
+            names::AddOnce(lacks.narrow, each);
+        }
+        for (const QString& each : ofCam.demanded) {
+            names::AddOnce(lacks.demanded, each);
         }
         session.Source.reset();
     }
@@ -80,7 +84,7 @@ std::optional<std::vector<Finding>> Run(Session& session, const Choice& choice,
 
 QStringList Lines(const Finding& finding, const QString& name) {
     const contract::Lacks& lacks = finding.lacks;
-    const bool isAll = lacks.optional.isEmpty() && lacks.narrow.isEmpty();
+    const bool isAll = lacks.optional.isEmpty() && lacks.narrow.isEmpty() && lacks.demanded.isEmpty();
     const QString verdict = !lacks.necessary.isEmpty() ? QStringLiteral(": manca")
                             : isAll                    ? QStringLiteral(": c'è tutto")
                                                        : QStringLiteral(": si può importare");
@@ -95,6 +99,9 @@ QStringList Lines(const Finding& finding, const QString& name) {
     add("  Mancano, facoltative:", lacks.optional);
     add("  Colonne di Quadrix con meno cifre (il database arrotonda i numeri che non ci stanno, o li rifiuta):",
         lacks.narrow);
+    add("  Colonne di Quadrix obbligatorie, che nessuna importazione scrive (senza un valore predefinito il database "
+        "rifiuta le righe nuove):",
+        lacks.demanded);
     for (const QString& change : finding.changes) {
         lines.append("  " + change);
     }

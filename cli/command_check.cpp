@@ -82,6 +82,7 @@ Report Check(Context& context) {
                                  {"missing", QJsonArray::fromStringList(finding.lacks.necessary)},
                                  {"missingOptional", QJsonArray::fromStringList(finding.lacks.optional)},
                                  {"narrow", QJsonArray::fromStringList(finding.lacks.narrow)},
+                                 {"demanded", QJsonArray::fromStringList(finding.lacks.demanded)},
                                  {"changes", QJsonArray::fromStringList(finding.changes)}});
         report.exitCode = finding.lacks.necessary.isEmpty() ? report.exitCode : ExitFailed;
     }

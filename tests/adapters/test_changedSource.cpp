@@ -38,6 +38,25 @@ class TestChangedSource : public QObject {
         Row("discount without a price", "modImport_ArcaEvolution",
             "INSERT INTO LSArticolo (Id_LSRevisione, Cd_AR, Sconto) VALUES (4, 'ab-01', '7')",
             "ImportListiniArcaEvolution", "SCPRZ, SCSCO FROM X01_LIS_ARS WHERE SCSCO = 7", "NULL|7", "");
+        Row("delivery day that is none", "modImport_ArcaEvolution",
+            "UPDATE DOTes SET DataConsegna = '19000101 00:00:00', DataDocRif = '18991230 00:00:00'", documents,
+            "COUNT(DTCOR), COUNT(DTCOC), COUNT(DTRID) FROM X01_DOC_VEN", "0|0|0", "");
+        const QString articles = "ImportArticoliArcaEvolution";
+        const auto units = [](const QString& article) {
+            return QStringLiteral("ARUM2, ARCOE FROM X01_ART_ICO WHERE CDART = '%1'").arg(article);
+        };
+        Row("second unit that the source clears", "modImport_ArcaEvolution",
+            "DELETE FROM ARARMisura WHERE Cd_ARMisura <> 'PZ'", articles, units("AB-01"), "NULL|NULL",
+            "UNITÀ DI MISURA TOLTA: tabella 'AR', Cd_AR 'ab-01': ARUM2 'KG', ARCOE '12.5'");
+        Row("second unit that somebody has given", "modImport_ArcaEvolution",
+            "> UPDATE X01_ART_ICO SET ARUM2 = 'MT', ARCOE = 2.5, USMDF = 'ROSSI' WHERE CDART = 'AB-03'", articles,
+            units("AB-03"), "MT|2.5", "UNITÀ DI MISURA RIMASTA: tabella 'AR', Cd_AR 'AB-03': ARUM2 'MT', ARCOE '2.5'");
+        Row("second unit of which the source has no row", "modImport_ArcaEvolution",
+            "> UPDATE X01_ART_ICO SET ARUM2 = 'MT', ARCOE = 2.5 WHERE CDART = 'AB-02'", articles, units("AB-02"),
+            "MT|2.5", "UNITÀ DI MISURA RIMASTA: tabella 'AR'");
+        Row("code of a supplier who is not there", "modImport_ArcaEvolution",
+            "UPDATE ARCodCF SET Cd_CF = 'F000999' WHERE CodiceAlternativo = 'AS-77'", articles,
+            "COCON FROM X01_ART_COD WHERE CDCOD = 'AS-77'", "000128", "!CODICI NON PIÙ NELL'ORIGINE");
     }
     static void rowsThatWereNotRead() {
         Row("counterparty that was not read when cancelled", "modImport_Mexal",
@@ -53,12 +72,22 @@ class TestChangedSource : public QObject {
             "INSERT INTO Persone (IdPersona, RagioneSociale) VALUES (7, 'Senza codice'); INSERT INTO Clienti "
             "(IdPersona, CodCliente) VALUES (7, '130')",
             "ImportContropartiSAM", "CORAS FROM X01_CON_TRO WHERE COCGE = '130'", "Senza codice", "");
-        Row("person of two codes in a role", "modImport_SAM",
+        const QString codes = "COCGE, COFGE FROM X01_CON_TRO WHERE COCGE IN ('140', '141') ORDER BY COCGE";
+        const QString person =
             "INSERT INTO Persone (IdPersona, Codice, RagioneSociale) VALUES (8, 'P008', 'Due codici'); INSERT INTO "
             "Clienti (IdPersona, CodCliente) VALUES (8, '140'); INSERT INTO Clienti (IdPersona, CodCliente) VALUES "
-            "(8, '141'); INSERT INTO Fornitori (IdPersona, CodFornitore) VALUES (8, 'F40')",
-            "ImportContropartiSAM", "COCGE, COFGE FROM X01_CON_TRO WHERE COCGE IN ('140', '141') ORDER BY COCGE",
+            "(8, '141'); INSERT INTO Fornitori (IdPersona, CodFornitore) VALUES (8, 'F40')";
+        Row("person of two codes in a role", "modImport_SAM", person, "ImportContropartiSAM", codes,
             "140|F40\n141|NULL", "!CODICE DI DUE CONTROPARTI");
+        Row("further code of a person who is a supplier too", "modImport_SAM",
+            "INSERT INTO Clienti (IdPersona, CodCliente) VALUES (3, '126')", "ImportContropartiSAM",
+            "COCGE, COFGE FROM X01_CON_TRO WHERE COCGE IN ('125', '126') ORDER BY COCGE", "125|F11\n126|NULL",
+            "!lascia il posto");
+        Row("two codes of a person who was a supplier", "modImport_SAM",
+            "> INSERT INTO X01_CON_TRO (CDCON, CORAS, COFOR, COFGE, USINS) VALUES ('000808', 'Due codici', 1, 'F40', "
+            "'SYSTEM_IMPORT'); " +
+                person,
+            "ImportContropartiSAM", codes, "140|F40\n141|NULL", "!lascia il posto");
     }
 
 private slots:
@@ -105,6 +134,27 @@ private slots:
         Row("sheet of other measures", "modImport_Ferrobrio",
             "UPDATE Lamiere SET Lunghezza = 2500, Larghezza = 1250 WHERE CodLamiera = 'fe15'", sheets, formats,
             "1000X500|FE15C\n2000X1000|FE15B\n2500X1250|fe15\n3000X1500|NULL", "FORMATO LASCIATO");
+        Row("sheet whose material is translated otherwise", "modImport_Ferrobrio",
+            "> UPDATE SYS_IMP SET TBNEW = 'S2' WHERE TBNAM = 'TAB_MAT' AND TBOLD = 'S235'", sheets,
+            "CDART, ARMAT FROM X01_ART_ICO WHERE ARDMZ = 1.5", "LM-FE-1.5|S2",
+            "'fe15' è già l'articolo 'LM-FE-1.5', e non diventa 'LM-S2-1.5'");
+        const QString shared = "I.CDART, I.ARMAT, I.ARDMZ, F.CDFMT, F.LMEXT FROM X01_ART_ICO I JOIN X01_ART_FMT F ON "
+                               "F.CDART = I.CDART WHERE F.LMDMX IN (2000, 3000) AND I.ARMAT <> 'FE' OR I.CDART LIKE "
+                               "'LM-FE-%' ORDER BY I.CDART, F.CDFMT";
+        const QString others = "\nLM-FE-1.5|FE|1.5|1000X500|FE15C\nLM-FE-1.5|FE|1.5|2000X1000|NULL\n"
+                               "LM-FE-1.5|FE|1.5|3000X1500|fe15";
+        Row("sheets of articles in which nobody writes a column that is demanded", "modImport_Ferrobrio",
+            "> DELETE FROM X01_ART_ICO; > ALTER TABLE X01_ART_ICO ADD EXTRA INT NOT NULL; > INSERT INTO X01_ART_ICO "
+            "(CDART, EXTRA) VALUES ('LM-FE-1.5', 7)",
+            sheets, "CDART, ARMAT, EXTRA FROM X01_ART_ICO", "LM-FE-1.5|FE|7",
+            "COLONNE DI QUADRIX OBBLIGATORIE: X01_ART_ICO.EXTRA INT");
+        Row("sheet of another material, which shared its article", "modImport_Ferrobrio",
+            "UPDATE Lamiere SET CodMateriale = 'AISI304' WHERE CodLamiera = 'FE15B'", sheets, shared,
+            "LM-AISI304-1.5|AISI304|1.5|2000X1000|FE15B" + others,
+            "'FE15B' era il formato '2000X1000' di 'LM-FE-1.5', ora è '2000X1000' di 'LM-AISI304-1.5'");
+        Row("sheet of another thickness, which shared its article", "modImport_Ferrobrio",
+            "UPDATE Lamiere SET Spessore = 1 WHERE CodLamiera = 'FE15B'", sheets, shared,
+            "LM-FE-1|FE|1|2000X1000|FE15B" + others, "FORMATO LASCIATO");
         Row("split payment of the counterparty itself", "modImport_Mago",
             "UPDATE MA_CustSupp SET SplitTax = '1' WHERE CustSupp = 'DE01'", "ImportContropartiMago reset",
             "COSPP FROM X01_CON_TRO WHERE COCGE = 'DE01'", "true", "");
@@ -132,6 +182,9 @@ private slots:
             "> UPDATE X01_ART_ICO SET ARPRZ = 1.8 WHERE CDART = 'TU-320'",
             "ImportTubolariFromCSVSqlServer files=TUBI.CSV", "ARRIC FROM X01_ART_ICO WHERE CDART = 'TU-320'", "100",
             "");
+        Row("tube that somebody has marked", "modImport_Excel",
+            "> UPDATE X01_ART_ICO SET ARTUB = 1 WHERE CDART = 'TE-100'", "ImportArticoliExcel",
+            "ARTUB FROM X01_ART_ICO WHERE CDART = 'TE-100'", "true", "");
         const QString customer = "COANN, COBLK FROM X01_CON_TRO WHERE COCGE = 'ESTERO'";
         Row("customer who is cancelled", "modImport_AdHoc",
             "UPDATE CONTI SET ANDTOBSO = '20240101 00:00:00' WHERE ANCODICE = 'ESTERO'", "ImportContropartiAHR",
@@ -161,6 +214,10 @@ private slots:
             "ImportClientiFornitoriAlbalog",
             "V.CORAS, V.COVET FROM X01_CON_TRO V JOIN X01_CON_TRO C ON C.COVEP = V.CDCON WHERE C.COCGE = '124'",
             "Corriere Rossi|true", "");
+        Row("customer with the code of a carrier", "modImport_Albalog",
+            "INSERT INTO anagraf (tipana, codana, ragsoc) VALUES ('C', 'V01', 'Cliente nuovo')",
+            "ImportClientiFornitoriAlbalog", "CORAS, COVET FROM X01_CON_TRO WHERE COCGE = 'V01'", "Cliente nuovo|false",
+            "");
         Row("purchase list of a supplier with the code of a customer", "modImport_Albalog",
             "INSERT INTO listini (codlis, tiplis, codart, prezzo, codana) VALUES ('P3', 'A', 'te-100', '70', '123')",
             "ImportListiniAlbalog", "CORAS FROM X01_CON_TRO WHERE COLSF = CDCON", "Acciai Speciali", "");
@@ -184,6 +241,11 @@ private slots:
             "FE-3000\nINOX-2000",
             "FORMATI NON PIÙ NELL'ORIGINE: tabella 'PPRR_PPRR_00000100', PrdRef 'RIT-100', ora di 'INOX-2000': "
             "'RIT-100' di 'FE-3000': 1 rimane in Quadrix");
+        Row("remnant that is an article of its own too", "modImport_Lantek24",
+            "> INSERT INTO X01_ART_FMT (CDART, CDFMT, LMEXT, USINS) VALUES ('RIT-100', '800X600', 'RIT-100', "
+            "'SYSTEM_IMPORT')",
+            "ImportRitagliLantek24", "COUNT(*) FROM X01_ART_FMT WHERE LMEXT = 'RIT-100'", "2",
+            "!FORMATI NON PIÙ NELL'ORIGINE");
         Row("stock of a remnant of another sheet", "modImport_Lantek30",
             "> INSERT INTO X01_ART_ICO (CDART, ARDES, ARUMS) VALUES ('LM-INOX', 'Inox', 'NR'); > INSERT INTO "
             "X01_ART_FMT "
@@ -230,6 +292,9 @@ private slots:
             toTheRight("MMNN_MMOO_00000100", "MnORef", "MO-1") + "; " +
                 toTheRight("MMNN_MMOO_00000300", "MnORef", "MO-1", ", Quantity = '6'"),
             "ImportDocumentiLantek24", "OPQTA, OPSTA FROM X01_ORD_PRO WHERE RECORD_ID = 3", "6|PV", "");
+        Row("production order whose number has a blank behind", "modImport_Lantek24",
+            "UPDATE MMNN_MMOO_00000100 SET MnORef = 'MO-2 ' WHERE MnORef = 'MO-2'", "ImportDocumentiLantek24",
+            "COUNT(*) FROM X01_ORD_FAS WHERE IDOPR = 4", "3", "!RIGHE DI PRODUZIONE TOLTE");
         const auto order = [](const QString& number, const QString& row) -> QString {
             return QString("INSERT INTO SSHH_PPOO_00000100 (OrdRef, CDate, SuppRef, SuppName, RQPrice) VALUES ('%1', "
                            "'20240120 00:00:00', '200', 'x', 0)")
@@ -273,6 +338,7 @@ private slots:
                 fixture.ChangeSource(one);
             }
         }
+        fixture.Target().Get().Translations.clear();
         fixture.RunLine(line);
         const QString log = QString::fromLatin1(fixture.Target().Log());
         QTEST(fixture.Target().Rows("SELECT " + query).join('\n'), "written");
@@ -308,6 +374,7 @@ private slots:
         Row("in small letters", "codclifor = 'c7'", "", "PREZZI NON LETTI: righe di 'listini'");
         Row("to the right", "codclifor = '    C7'", "", "uno spazio, e non con 'C': 1");
         Row("without a price", "codclifor = 'C7', u_prezzo = NULL", "", "PREZZO VUOTO: tabella 'listini'");
+        Row("that ends on a day that is none", "codclifor = 'C7', datafine = '1900-01-01'", "NULL|19", "");
         Row("up to less than nothing", "codclifor = 'C7', u_qta = -5", "", "una quantità di -5 non è di nessun prezzo");
     }
     void pricesOfACustomer() {
@@ -320,7 +387,7 @@ private slots:
                         });
         fixture.Target().Execute("INSERT INTO X01_CON_TRO (CDCON, COCGE, CORAS) VALUES ('000077', 'C7', 'Rossi')");
         fixture.RunLine("ImportListiniArca2000 reset");
-        const QString prices = "SELECT C.COLSF, S.SCPRZ FROM X01_CON_TRO C JOIN X01_LIS_ART A ON A.CDLIS = C.COLSF "
+        const QString prices = "SELECT A.LAFIV, S.SCPRZ FROM X01_CON_TRO C JOIN X01_LIS_ART A ON A.CDLIS = C.COLSF "
                                "JOIN X01_LIS_ARS S ON S.IDLSD = A.RECORD_ID WHERE C.CDCON = '000077'";
         QTEST(fixture.Target().Rows(prices).join('\n'), "price");
         const QString log = QString::fromLatin1(fixture.Target().Log());

@@ -308,6 +308,12 @@ private slots:
         const QString prices = "ARPRZ, ARRIC, ARSCO FROM X01_ART_ICO WHERE CDART = ";
         Row("price that holds no more", "modImport_AdHoc", "ImportArticoliAhr",
             "UPDATE LIS_TINI SET LIDATDIS = '20240101 00:00:00'", prices + "'TE-100'", "NULL|NULL|NULL");
+        Row("price that ends on a day that is none", "modImport_AdHoc", "ImportArticoliAhr",
+            "UPDATE LIS_TINI SET LIDATDIS = '18991230 00:00:00' WHERE LIDATDIS IS NULL",
+            "ARPRZ > 0 FROM X01_ART_ICO WHERE CDART = 'TE-100'", "1");
+        Row("price that ends in 1900", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",
+            "UPDATE LI10_LISTARTIC SET LI10_DATAFINEVAL = '19000101 00:00:00' WHERE LI10_DATAFINEVAL IS NULL",
+            "ARPRZ > 0 FROM X01_ART_ICO WHERE CDART = 'AS-100'", "1");
         Row("list without prices", "modImport_Esatto", "ImportArticoliE", "DELETE FROM ListiniRighe",
             prices + "'TE-100'", "NULL|NULL|NULL");
         Row("price that is over", "modImport_GammaSqlServer", "ImportArticoliGammaSqlServer",

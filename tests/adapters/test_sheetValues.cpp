@@ -17,9 +17,9 @@ private slots:
                               "CDESE = '0' WHERE CDCLI = '123'";
         const QString customers = "ImportClientiExcelAS400 reset";
         Row("zeros of a dump", "modImport_ExcelAS400", zeros, customers,
-            "COALESCE(COCAP, '') || COALESCE(COIVA, '') || COALESCE(COFIS, '') || COALESCE(COCOC, '') || "
-            "COALESCE(COIBA, '') FROM X01_CON_TRO WHERE COCGE = '123'",
-            "", "!TELEFONO");
+            "COUNT(*) FROM X01_CON_TRO WHERE COCGE = '123' AND COALESCE(COCAP, '') = '' AND COALESCE(COIVA, '') = '' "
+            "AND COALESCE(COFIS, '') = '' AND COALESCE(COCOC, '') = '' AND COALESCE(COIBA, '') = ''",
+            "1", "!TELEFONO");
         Row("numbers that are zero", "modImport_ExcelAS400", zeros, customers,
             "COUNT(*) FROM X01_NUM_TEL WHERE NRNUM = '0'", "0", "");
         Row("codes that are zero", "modImport_ExcelAS400", zeros, customers, "COUNT(*) FROM SYS_IMP WHERE TBOLD = '0'",
@@ -38,6 +38,9 @@ private slots:
             "ALTER TABLE ARTICOLI ADD COLUMN ARLAM TEXT; UPDATE ARTICOLI SET ARCLA = 'pf', ARLAM = 'sì' WHERE CDART = "
             "'te-100'",
             "ImportArticoliExcel reset", "ARCLA, ARLAM FROM X01_ART_ICO WHERE CDART = 'TE-100'", "PF|true", "");
+        Row("end of a promotion that is no day", "modImport_WinProgest", "UPDATE PROMO SET DATFIN = '1900-01-01'",
+            "ImportPromozioniWinProgest reset answers=si", "CDPRM, PMVLD FROM X01_PRO_MOZ ORDER BY CDPRM",
+            "PR1|true\nPR2|true\nPR3|true", "");
         Row("letter of an order in small ones", "modImport_Siderea",
             "UPDATE SIDEREA SET Tipo = 'c', Articolo = 'VT-10' WHERE Numero = '7' AND Articolo = 'IGNOTO'",
             "ImportOrdiniApertiSiderea reset",

@@ -132,7 +132,7 @@ private slots:
         Row("another quantity", siderea, "TE-100,a,10 TE-100,a,7", "TE-100,a,9 TE-100,a,7", "10|a|9 20|a|7",
             "nessuna riga di ORDCL 77/2024 di 'Officine Meccaniche' è proprio questa: riscritta la 10, 'TE-100'");
         Row("another quantity of the only one", siderea, "TE-100,a,10 VT-10,c,5", "VT-10,c,4 TE-100,a,10",
-            "10|a|10 20|c|4", "");
+            "10|a|10 20|c|4", "riscritta la 20, 'VT-10'");
         Row("another article", siderea, "TE-100,a,10", "VT-10,a,10", "10|a|10", "RIGA SENZA NUMERO");
         Row("a number that a place has", siderea, "TE-100,a,10 TE-100,b,7 VT-10,c,5,20",
             "TE-100,a,10 TE-100,b,7 VT-10,c,5,20", "10|a|10 30|b|7 20|c|5", "");
@@ -140,14 +140,18 @@ private slots:
             "NON RISCRITTO: righe di ORDCL 77/2024 di 'Officine Meccaniche', DRNUM '30'");
         Row("no numbers at all", "modImport_Lamina", "TE-100,a,1 VITE,b,2", "VITE,b,2", "0|a|1 0|b|2",
             "DRNUM '0' (TE-100): 1 rimane");
+        Row("an amount and nothing else", "modImport_Lamina", "TE-100,a,1 ,,2", "TE-100,a,1 ,,2", "0|a|1 0||2", "");
+        Row("a note alone", "modImport_Lamina", "TE-100,a,1 ,,,,n", "TE-100,a,1 ,,,,n", "0|a|1 0||0", "");
+        Row("a new one before one like it", "modImport_Lamina", "TE-100,a,5", "TE-100,a,3 TE-100,a,5", "0|a|3 0|a|5",
+            "è proprio questa: riscritta la 0, 'TE-100'");
     }
     void RowsWithoutANumber() {
         QFETCH(const QString, module);
         QFETCH(const QString, told);
         const bool isLamina = module == "modImport_Lamina";
         const QString insert =
-            isLamina ? "INSERT INTO ORDINI (_RIGA, ANNO, NUMERO, DATA, CLIENTE, ARTICOLO, DESCRIZIONE, QUANTITA, RIGA) "
-                       "VALUES ('%1', '2024', '77', '01/02/2024', '123', '%2', '%3', '%4', '%5')"
+            isLamina ? "INSERT INTO ORDINI (_RIGA, ANNO, NUMERO, DATA, CLIENTE, ARTICOLO, DESCRIZIONE, QUANTITA, RIGA, "
+                       "NOTE) VALUES ('%1', '2024', '77', '01/02/2024', '123', '%2', '%3', '%4', '%5', '%6')"
                      : "INSERT INTO SIDEREA (_RIGA, Tipo, Anno, Numero, Data, [Codice controparte], Articolo, "
                        "Descrizione, [Quantita ordinata], Riga) VALUES ('%1', 'C', '2024', '77', '1/2/2024', 'C1', "
                        "'%2', '%3', '%4', '%5')";
@@ -155,7 +159,8 @@ private slots:
         const auto change = [&](ovConnection& source) {
             for (qsizetype i = 0; i < rows.size(); ++i) {
                 const QStringList cells = rows.at(i).split(',');
-                source.Execute(insert.arg(1000 + i).arg(cells.at(0), cells.at(1), cells.at(2), cells.value(3)));
+                const QString row = insert.arg(1000 + i).arg(cells.at(0), cells.at(1), cells.at(2), cells.value(3));
+                source.Execute(isLamina ? row.arg(cells.value(4)) : row);
             }
         };
         Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), TestTarget::On::Embedded, change);
@@ -177,6 +182,32 @@ private slots:
                         "WHERE DTNUM = 77 ORDER BY R.RECORD_ID")
                   .join(' '),
               "rows");
+    }
+
+    /// Of a company that keeps fewer decimals than the source has.
+    void ARoundedRowIsTheSame() {
+        if (!TestTarget::HasMariaDb()) {
+            QSKIP("needs the MariaDB server of scripts/test");
+        }
+        const QString module = "modImport_Lamina";
+        bool isOfOrders = false;
+        const auto change = [&](ovConnection& source) {
+            if (isOfOrders) {
+                source.Execute("INSERT INTO ORDINI (_RIGA, ANNO, NUMERO, DATA, CLIENTE, ARTICOLO, QUANTITA, PREZZO) "
+                               "VALUES ('1000', '2024', '77', '01/02/2024', '123', 'TE-100', '1,126', '10,123')");
+            }
+        };
+        Fixture fixture(FixtureFolder(module), *FixtureOrigins().value(module), TestTarget::On::MariaDb, change);
+        fixture.Run();
+        fixture.Target().Db().Trace = nullptr; // the target goes after what is traced
+        fixture.Target().Execute("ALTER TABLE X01_DOC_VER MODIFY DRQTR DECIMAL(12,2), MODIFY DRPRZ DECIMAL(12,1)");
+        isOfOrders = true;
+        fixture.RunLine("ImportOrdiniLaminaFromCSV files=ordini.csv");
+        fixture.RunLine("ImportOrdiniLaminaFromCSV files=ordini.csv");
+        QVERIFY(!fixture.Target().Log().contains("RIGA SENZA NUMERO"));
+        QCOMPARE(fixture.Target().Rows("SELECT DRQTR, DRPRZ FROM X01_DOC_VER R JOIN X01_DOC_VEN T ON T.RECORD_ID = "
+                                       "R.IDTES WHERE DTNUM = 77"),
+                 QStringList{"1.13|10.1"});
     }
 };
 

@@ -139,9 +139,9 @@ public:
     }
 
 private:
-    void SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes = nullptr) const;
+    bool SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes = nullptr) const;
     void TellCancelled(const SourceRow& row) const;
-    void ClearUnits(TargetRow& target) const;
+    void ClearUnits(const QString& article, bool hasRows, TargetRow& target) const;
     void Claim(const SourceRow& row, const QString& article);
     void WriteLink(SupplierLinks& links, const QString& article, const FoundSupplier& supplier);
     void LinkSuppliers(const SourceRow& row, const QString& article);
@@ -192,8 +192,7 @@ RowOutcome ArticleImporter::Row(const SourceRow& row) {
         for (size_t i = 1; i < m_kind->mappings.size(); ++i) {
             m_kind->mappings[i].Apply(target, GetSession(), row, facts);
         }
-        SetUnits(row, target);
-        ClearUnits(target);
+        ClearUnits(facts.code, SetUnits(row, target), target);
         if (declared.more) {
             declared.more(Run(), row, target);
         }
@@ -244,11 +243,14 @@ RowOutcome ArticleImporter::FillCodesOf(const SourceRow& row, const Facts& facts
 }
 
 /// @param sourceCodes what the source has for the columns of units
-void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes) const {
+/// @return whether it has rows of units of the article
+bool ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target, SourceCodes* sourceCodes) const {
     Session& session = GetSession();
+    bool hasRows = false;
     for (const UnitsOfArticle& each : m_kind->declared.units) {
         bool hasSecond = !target.Value("ARUM2").toString().isEmpty();
         each.rows.ForEach(session, row, [&](const SourceRow& one) {
+            hasRows = true;
             const QString unit = each.unit.Text(session, one);
             const QString places = each.places.IsSet() ? each.places.Text(session, one) : QStringLiteral("ARUM2");
             for (const QString& place : places.split(u' ', Qt::SkipEmptyParts)) {
@@ -271,23 +273,50 @@ void ArticleImporter::SetUnits(const SourceRow& row, TargetRow& target, SourceCo
             }
         });
     }
+    return hasRows;
 }
 
-/// What neither rows nor lines tell of the units of an article that is there, the source has cleared.
-void ArticleImporter::ClearUnits(TargetRow& target) const {
+/// What neither rows nor lines tell of the units of an article that is there, the source has cleared where it has rows
+/// of the article, and imports alone have written there. Else it may be somebody's own: it stays, and so does the name
+/// of who changed the article, by which the next import knows it.
+void ArticleImporter::ClearUnits(const QString& article, bool hasRows, TargetRow& target) const {
+    Session& session = GetSession();
     const std::vector<UnitsOfArticle>& units = m_kind->declared.units;
-    if (units.empty() || !m_tellsUnits) {
+    if (units.empty() || !m_tellsUnits || session.Quadrix.IsAbsent("ART_ICO", "CDART", article)) {
         return;
     }
     QStringList columns{"ARUM2", "ARCOE"};
     if (std::ranges::any_of(units, [](const UnitsOfArticle& each) { return each.places.IsSet(); })) {
         columns += QStringList{"ARUMP", "ARUMV"};
     }
-    for (const QString& column : columns) {
-        if (!target.Value(column).isValid()) {
+    columns.removeIf([&target](const QString& column) { return target.Value(column).isValid(); });
+    Recordset found = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT ARUM2, ARCOE, ARUMP, ARUMV, USINS, DTINS, USMDF, DTMDF FROM %1 WHERE ")
+            .arg(Run().FullName("ART_ICO")) +
+        Equals(session, "CDART", article));
+    const SourceRow there(found);
+    columns.removeIf([&](const QString& column) { return found.Eof() || there.IsBlank(column); });
+    if (columns.isEmpty()) {
+        return;
+    }
+    QStringList values;
+    for (const QString& column : std::as_const(columns)) {
+        values.append(QStringLiteral("%1 '%2'").arg(column, there.Text(column)));
+    }
+    const bool isChanged = !there.IsBlank("USMDF");
+    const QString user = there.Text(isChanged ? "USMDF" : "USINS");
+    if (hasRows && IsImportUser(user)) {
+        for (const QString& column : std::as_const(columns)) {
             target.Set(column, QVariant());
         }
+        Run().Log(QStringLiteral("UNITÀ DI MISURA TOLTA: %1: %2").arg(Run().RowKey(), values.join(u", ")));
+        return;
     }
+    if (!IsImportUser(user)) {
+        target.Set("USMDF", user);
+        target.Set("DTMDF", there.Value(isChanged ? "DTMDF" : "DTINS"));
+    }
+    Run().Log(QStringLiteral("UNITÀ DI MISURA RIMASTA: %1: %2").arg(Run().RowKey(), values.join(u", ")));
 }
 
 void ArticleImporter::Claim(const SourceRow& row, const QString& article) {
@@ -319,7 +348,7 @@ void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article
                 WriteLink(links, article, {LinkOf(one, each, supplier, isFirst), code, description});
                 isFirst = false;
             } else if (NamesOne(each.supplier, one)) {
-                m_remains.ShowsUnknownSupplier(article);
+                m_remains.ShowsUnknownSupplier(article, each.ownCode.Text(session, one));
             }
         });
     }
@@ -336,7 +365,7 @@ void ArticleImporter::LinkSuppliers(const SourceRow& row, const QString& article
 void ArticleImporter::WriteLink(SupplierLinks& links, const QString& article, const FoundSupplier& supplier) {
     const QString& counterparty = supplier.link.supplier;
     if (counterparty.isEmpty()) {
-        m_remains.ShowsUnknownSupplier(article);
+        m_remains.ShowsUnknownSupplier(article, supplier.ownCode);
         return;
     }
     links.Add(supplier.link);

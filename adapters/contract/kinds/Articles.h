@@ -46,7 +46,7 @@ struct UnitsOfArticle {
     Field factor = {}; ///< of the second unit (ARCOE)
     /// Where the unit goes: columns with a blank between, "ARUMS" (stock), "ARUM2" (second), "ARUMP" (purchases) and
     /// "ARUMV" (sales); blank: nowhere. Without the field each is a second unit. An article has one second unit, and
-    /// further ones are logged. A column, but for that of the stock unit, that neither rows nor lines fill is cleared.
+    /// further ones are logged. What neither rows nor lines tell goes, unless an article has no rows or is a hand's.
     Field places = {};
     /// Whether the settings ask for them; empty: always.
     std::function<bool(Session&)> areAsked = {};

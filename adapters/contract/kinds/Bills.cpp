@@ -4,6 +4,7 @@
 #include "adapters/contract/map/wholeNumbers.h"
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
+#include "core/italianText.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -408,10 +409,9 @@ bool BillImporter::IsOutOfItsDays(const SourceRow& row) const {
     if (!isToCome && (until.isNull() || until.toDate() >= today)) {
         return false;
     }
-    Run().Log(
-        (isToCome ? QStringLiteral("COMPONENTE NON ANCORA VALIDO: %1: valido dal %2")
-                  : QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2"))
-            .arg(parts.rows.Name(row), (isToCome ? from : until).toDate().toString(QStringLiteral("dd/MM/yyyy"))));
+    Run().Log((isToCome ? QStringLiteral("COMPONENTE NON ANCORA VALIDO: %1: valido dal %2")
+                        : QStringLiteral("COMPONENTE SCADUTO: %1: valido fino al %2"))
+                  .arg(parts.rows.Name(row), italian::DayText((isToCome ? from : until).toDate())));
     return true;
 }
 

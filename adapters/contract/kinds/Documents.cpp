@@ -2,6 +2,7 @@
 
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/OpenDocument.h"
+#include "core/italianText.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
 
@@ -30,8 +31,7 @@ QString SinceText(const Session& session, const Documents& declared, const QDate
                            : declared.since == Since::Asked   ? QStringLiteral(" (come risposto)")
                            : declared.since == Since::Setting ? QStringLiteral(" (%1)").arg(setting)
                                                               : QStringLiteral(" (anno di %1)").arg(setting);
-    return QStringLiteral("%1 dal %2%3")
-        .arg(FrameOf(declared).step, from.toString(QStringLiteral("dd/MM/yyyy")), ground);
+    return QStringLiteral("%1 dal %2%3").arg(FrameOf(declared).step, italian::DayText(from), ground);
 }
 
 bool IsOfCustomers(const DocumentKind& kind) { return kind.family.number == Sales.number; }

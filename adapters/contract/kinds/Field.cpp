@@ -134,14 +134,6 @@ std::vector<MapLine> ByRole(const QString& customer, const QString& supplier, co
     return {{customer, sources, rules::CustomerOnly(rule)}, {supplier, sources, rules::SupplierOnly(rule)}};
 }
 
-std::vector<MapLine> Discounts(const QString& prefix, const QString& source) {
-    std::vector<MapLine> lines;
-    for (const int position : {1, 2, 3}) {
-        lines.emplace_back(prefix + QString::number(position), source, rules::Discount(position));
-    }
-    return lines;
-}
-
 std::vector<MapLine> DiscountsByRole(const QString& source) {
     std::vector<MapLine> lines;
     for (const int position : {1, 2, 3}) {

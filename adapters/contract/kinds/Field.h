@@ -78,9 +78,8 @@ struct LineGroup {
 
 /// A column of the customer and one of the supplier that come from the same columns by the same rule.
 std::vector<MapLine> ByRole(const QString& customer, const QString& supplier, const QString& sources, const Rule& rule);
-/// The three discounts that a text joins with "+", each into its column: "COSC" gives COSC1, COSC2 and COSC3.
-std::vector<MapLine> Discounts(const QString& prefix, const QString& source);
-/// The same for a counterparty: of a customer into COSC1 to COSC3, of a supplier into COSF1 to COSF3.
+/// The three discounts that a text joins with "+", each into its column: of a customer into COSC1 to COSC3, of a
+/// supplier into COSF1 to COSF3.
 std::vector<MapLine> DiscountsByRole(const QString& source);
 
 /// The lines that a declaration tells.

@@ -1,6 +1,7 @@
 #include "adapters/contract/kinds/askedSince.h"
 
 #include "adapters/contract/run/askedDay.h"
+#include "core/italianText.h"
 
 namespace contract {
 
@@ -55,7 +56,7 @@ public:
     }
     LeftOut LeavesOut() const override {
         return {QStringLiteral("%1 dal %2 (come risposto), righe più vecchie o senza data non lette")
-                    .arg(m_asked.step, m_asked.from.toString(QStringLiteral("dd/MM/yyyy"))),
+                    .arg(m_asked.step, italian::DayText(m_asked.from)),
                 m_rows->Condition()};
     }
     Emptying Empties(const Emptying& declared) const override { return m_rows->Empties(declared); }

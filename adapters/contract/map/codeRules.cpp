@@ -47,7 +47,20 @@ Rule FlagAs(const QVariant& set, const QVariant& otherwise) {
         !otherwise.toString().isEmpty());
 }
 
-Rule VatRate() { return WithDefault(Or(RoundedTo(2), 0), false); } // where the column lacks nobody knows the rate
+Rule VatRate() {
+    const Rule rounded = RoundedTo(2);
+    return WithDefault( // where the column lacks nobody knows the rate
+        Around(rounded, rounded.text + QStringLiteral("; 0 se è vuota, e lo si annota"),
+               [apply = rounded.apply](const RuleInput& input) -> RuleValue {
+                   if (!input.Text().isEmpty()) {
+                       return apply(input);
+                   }
+                   modImport::LogNote(input.session, QStringLiteral("ALIQUOTA VUOTA: %1: scritta 0, come di un esente")
+                                                         .arg(input.session.Errors.RowKey()));
+                   return QVariant(0);
+               }),
+        false);
+}
 
 Rule PartyByMark(const QString& supplier) {
     return {QStringLiteral("controparte importata dalla prima, di un fornitore se l'ultima comincia con \"%1\"; riga "

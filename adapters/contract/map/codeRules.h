@@ -17,7 +17,7 @@ Rule ClearedWhenBlank(const Rule& rule);
 Rule BalanceSection(const QString& economic);
 /// One of two values, as the source column is set or not in the way of `Flag`.
 Rule FlagAs(const QVariant& set, const QVariant& otherwise);
-/// The rate of a VAT code, 2 decimals. A blank one is 0, as exempt codes have it in most sources.
+/// The rate of a VAT code, 2 decimals. A blank one is 0, as exempt codes have it in most sources, and noted.
 Rule VatRate();
 /// As `PartyOf` by the code in the first source column: of a supplier where the last one begins with a mark, in any
 /// case, else of a customer.

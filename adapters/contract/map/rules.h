@@ -242,8 +242,6 @@ int WholeNumberOf(const SourceRow& row, const QString& column);
 /// The discounts that a text joins with "+", 0 for those that are not there: "10+4" gives 10, 4, 0. Raises
 /// `ImportError` when a part is no number, or there are more than three.
 std::array<double, 3> DiscountsOf(const QString& text);
-/// The same of a source column, which the error names.
-std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column);
 
 using ::MarkUpOf;
 using ::RoundedTo;

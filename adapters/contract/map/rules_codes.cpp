@@ -42,10 +42,10 @@ Rule KnownCounterparty(const QString& who, const QString& codeColumn, const QStr
         }};
 }
 
-/// Whether a VAT code is there and its rate is zero; somebody may have left it blank.
+/// Whether a VAT code is there and its rate is zero; of one whose rate nobody has told that is not known.
 bool IsExempt(Session& session, const QString& vatCode) {
     const QString rate = LookUp(session, "TAB_IVA", "CDIVA", vatCode, "IVALI");
-    return rate.isEmpty() ? IsThere(session, "TAB_IVA", "CDIVA", vatCode) : mod_ovTools::ToDouble(rate) == 0;
+    return !rate.isEmpty() && mod_ovTools::ToDouble(rate) == 0;
 }
 
 } // namespace

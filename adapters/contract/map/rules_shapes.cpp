@@ -58,15 +58,6 @@ std::array<double, 3> DiscountsOf(const QString& text) {
     return discounts;
 }
 
-std::array<double, 3> DiscountsOf(const SourceRow& row, const QString& column) {
-    try {
-        return DiscountsOf(row.Text(column));
-    } catch (ImportError& error) {
-        error.AddContext(QStringLiteral("colonna '%1'").arg(column));
-        throw;
-    }
-}
-
 Rule Around(Rule rule, QString what, Rule::Work how) {
     rule.text = std::move(what);
     rule.apply = std::move(how);

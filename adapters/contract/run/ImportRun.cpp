@@ -251,8 +251,10 @@ void ImportRun::Preflight(const Needs& needs) {
         Log(leftOut);
     }
     m_lengths.insert(lacks.lengths);
-    if (const QString narrow = NarrowLine(lacks); !narrow.isEmpty()) {
-        Log(narrow);
+    for (const QString& line : {NarrowLine(lacks), DemandedLine(lacks)}) {
+        if (!line.isEmpty()) {
+            Log(line);
+        }
     }
     for (const QString& change : RememberSource(m_session, m_account.Result.module, needs)) {
         Log(change);

@@ -4,6 +4,7 @@
 #include "adapters/contract/run/targetBounds.h"
 #include "core/nearNames.h"
 #include "core/Schema.h"
+#include "sql/names.h"
 
 #include <algorithm>
 
@@ -13,14 +14,6 @@ namespace {
 
 const QString Translations = QStringLiteral("SYS_IMP");
 const QString LanguageTexts = QStringLiteral("SYS_LNG");
-
-bool Has(const QStringList& names, const QString& name) { return names.contains(name, Qt::CaseInsensitive); }
-
-void AddOnce(QStringList& names, const QString& name) {
-    if (!Has(names, name)) {
-        names.append(name);
-    }
-}
 
 QStringList NamesOf(const QVector<ColumnInfo>& columns) {
     QStringList names;
@@ -56,7 +49,7 @@ public:
             return;
         }
         QStringList others = m_isSource ? present : QStringList(); // a column that is read already is nobody else's
-        others.removeIf([&table](const QString& each) { return Has(table.necessary + table.optional, each); });
+        others.removeIf([&table](const QString& each) { return names::Has(table.necessary + table.optional, each); });
         const auto line = [&](const QString& column) {
             const bool isMarked = layout != nullptr && layout->IsMarkedMissing(table.name, column);
             return QStringLiteral("%1: colonna '%2.%3'%4")
@@ -65,18 +58,18 @@ public:
                               : GroundedSuggestions(column, others));
         };
         for (const QString& column : table.necessary) {
-            if (!Has(present, column)) {
+            if (!names::Has(present, column)) {
                 m_lacks.necessary.append(line(column) + InsteadOf(layout, table.name, column));
             }
         }
         for (const QString& column : table.optional) {
-            if (!Has(present, column)) {
+            if (!names::Has(present, column)) {
                 m_lacks.optional.append(line(column));
                 m_lacks.leftOut.append({table.name, column});
             }
         }
         for (const QString& column : m_connection.Embedded ? table.days : QStringList()) {
-            if (Has(present, column)) {
+            if (names::Has(present, column)) {
                 LookForDays(table.name, column);
             }
         }
@@ -163,12 +156,12 @@ NeededTables::Table& NeededTables::Take(const QString& table, const QStringList&
                                         const QStringList& optional) {
     Table& named = Named(table);
     for (const QString& column : necessary) {
-        AddOnce(named.necessary, column);
-        named.optional.removeIf([&column](const QString& each) { return Has({column}, each); });
+        names::AddOnce(named.necessary, column);
+        named.optional.removeIf([&column](const QString& each) { return names::Has({column}, each); });
     }
     for (const QString& column : optional) {
-        if (!Has(named.necessary, column)) {
-            AddOnce(named.optional, column);
+        if (!names::Has(named.necessary, column)) {
+            names::AddOnce(named.optional, column);
         }
     }
     return named;
@@ -183,7 +176,7 @@ void NeededTables::AddMapping(const Mapping& mapping) {
         Add(mapping.sourceTable, isNecessary ? line.sources : QStringList(),
             isNecessary ? QStringList() : line.sources);
         for (const QString& source : line.sources) {
-            AddOnce(Named(mapping.sourceTable).feeds[source], mapping.targetTable + u'.' + line.target);
+            names::AddOnce(Named(mapping.sourceTable).feeds[source], mapping.targetTable + u'.' + line.target);
         }
     }
 }
@@ -198,7 +191,7 @@ NeededTables NeededTables::Read(const Needs& needs) {
         Table& table = tables.Take(need.table, need.columns, need.optional);
         table.isNecessary = true;
         for (const QString& day : need.days) {
-            AddOnce(table.days, day);
+            names::AddOnce(table.days, day);
         }
         mayLack += need.mayLack ? QStringList(need.table) : QStringList();
     }
@@ -291,7 +284,7 @@ QStringList Consequences(const Needs& needs, const Lacks& lacks) {
     QStringList others;
     const auto isMissing = [&](const QString& table, const QString& column) {
         return std::any_of(lacks.leftOut.begin(), lacks.leftOut.end(), [&](const Lacks::Column& one) {
-            return Has({one.table}, table) && Has({one.column}, column);
+            return names::Has({one.table}, table) && names::Has({one.column}, column);
         });
     };
     for (const Mapping* mapping : needs.mappings) {
@@ -299,7 +292,7 @@ QStringList Consequences(const Needs& needs, const Lacks& lacks) {
         for (const MapLine& line : mapping->lines) {
             if (line.IsTouched(own, isMissing)) {
                 QStringList& told = !line.IsLacking(own, isMissing) ? others : line.rule.hasDefault ? usual : empty;
-                AddOnce(told, mapping->targetTable + u'.' + line.target);
+                names::AddOnce(told, mapping->targetTable + u'.' + line.target);
             }
         }
     }

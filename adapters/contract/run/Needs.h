@@ -64,6 +64,8 @@ struct Lacks {
     QVector<Column> leftOut;
     /// Columns of the target that keep less of a number than the schema says, as "X01_ART_ICO.ARPRZ decimal(12,2)".
     QStringList narrow = {};
+    /// Columns of the target that the schema does not know, nobody writes and no new row goes without, written so too.
+    QStringList demanded = {};
     /// Characters that columns of texts hold in the target, where these are fewer than the schema says.
     QHash<const schema::Column*, int> lengths = {};
 

@@ -1,5 +1,6 @@
 #include "adapters/contract/run/SourceRow.h"
 
+#include "adapters/contract/map/emptyDays.h"
 #include "sources/privateDatabase.h"
 #include "sql/mod_ovTools.h"
 #include "sql/variantText.h"
@@ -114,8 +115,10 @@ QString DayColumn(const ovConnection& source, const QString& column) {
 
 QString NoDayOr(const ovConnection& source, const QString& column, const QString& compared, const QDate& day) {
     const QString isBlank = source.Embedded ? QStringLiteral(" OR TRIM(%1) = ''").arg(column) : QString();
-    return QStringLiteral("(%1 IS NULL%2 OR %3 %4 %5)")
-        .arg(column, isBlank, DayColumn(source, column), compared, LiteralOf(source, day));
+    const QString told = DayColumn(source, column);
+    const QString isNone = QStringLiteral(" OR %1 <= %2").arg(told, LiteralOf(source, LatestEmptyDay));
+    return QStringLiteral("(%1 IS NULL%2%3 OR %4 %5 %6)")
+        .arg(column, isBlank, compared.startsWith(u'>') ? isNone : QString(), told, compared, LiteralOf(source, day));
 }
 
 void ForEachChild(Session& session, const QString& query, const QString& table, const QString& keyColumn,

@@ -248,7 +248,9 @@ void TargetRow::Insert() {
 }
 
 void TargetRow::Update(const QString& where) {
-    Set(QStringLiteral("USMDF"), schema::defaults::ImportUser);
+    if (!IsSet(QStringLiteral("USMDF"))) {
+        Set(QStringLiteral("USMDF"), schema::defaults::ImportUser);
+    }
     if (!IsSet(QStringLiteral("DTMDF"))) {
         Set(QStringLiteral("DTMDF"), m_run.GetSession().Now());
     }

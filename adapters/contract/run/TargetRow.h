@@ -39,7 +39,7 @@ public:
     /// Inserts the row, with USINS and (unless set) DTINS; both are counted to the source row under way. The name
     /// or description of a row that was set to nothing is told in the log: nobody will know what it is.
     void Insert() override;
-    /// Updates the rows of a condition (with its own WHERE), with USMDF and (unless set) DTMDF.
+    /// Updates the rows of a condition (with its own WHERE), with USMDF and DTMDF unless they are set.
     void Update(const QString& where) override;
     void UpdateDerived(qint64 id, const QVariantMap& before) override;
 

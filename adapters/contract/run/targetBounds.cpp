@@ -43,11 +43,7 @@ void LookAtBounds(ovConnection& target, const NeededTables::Table& table, Lacks&
         const bool isWritten = table.necessary.contains(bounds.name, Qt::CaseInsensitive);
         const schema::Column* column = known->FindColumn(bounds.name);
         if (column == nullptr && bounds.isDemanded && !isWritten) {
-            lacks.necessary.append(
-                QStringLiteral(
-                    "Quadrix: valore predefinito della colonna '%1.%2' (%3), che non può restare vuota e che "
-                    "nessuna importazione scrive: dare alla colonna un DEFAULT, o ammettere NULL")
-                    .arg(name, bounds.name, bounds.type));
+            lacks.demanded.append(QStringLiteral("%1.%2 %3").arg(name, bounds.name, bounds.type));
         }
         if (column != nullptr && isWritten && IsNarrow(*column, bounds)) {
             lacks.narrow.append(QStringLiteral("%1.%2 %3").arg(name, bounds.name, bounds.type));
@@ -64,6 +60,14 @@ QString NarrowLine(const Lacks& lacks) {
                : QStringLiteral("COLONNE DI QUADRIX CON MENO CIFRE: %1; il database arrotonda i numeri che non ci "
                                 "stanno, o li rifiuta")
                      .arg(lacks.narrow.join(QStringLiteral(", ")));
+}
+
+QString DemandedLine(const Lacks& lacks) {
+    return lacks.demanded.isEmpty()
+               ? QString()
+               : QStringLiteral("COLONNE DI QUADRIX OBBLIGATORIE: %1; nessuna importazione le scrive, e senza un "
+                                "valore predefinito il database rifiuta le righe nuove")
+                     .arg(lacks.demanded.join(QStringLiteral(", ")));
 }
 
 } // namespace contract

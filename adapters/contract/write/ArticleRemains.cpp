@@ -167,8 +167,10 @@ void ArticleRemains::ShowsSupplier(const QString& article, const QString& suppli
     Found(article, [&](const Remain& one) { return one.kind == Kind::Supplier && IsSameText(one.what, supplier); });
 }
 
-void ArticleRemains::ShowsUnknownSupplier(const QString& article) {
-    Found(article, [](const Remain& one) { return one.kind == Kind::Supplier; });
+void ArticleRemains::ShowsUnknownSupplier(const QString& article, const QString& ownCode) {
+    Found(article, [&ownCode](const Remain& one) {
+        return one.kind == Kind::Supplier || (one.kind == Kind::CounterpartyCode && IsSameCode(one.what, ownCode));
+    });
 }
 
 void ArticleRemains::ShowsText(const QString& article, const QString& language) {

@@ -35,8 +35,8 @@ public:
     /// What the row shows of its article. @param counterparty CDCON; empty for a code of the company's own
     void Shows(const QString& article, const QString& code, const QString& counterparty);
     void ShowsSupplier(const QString& article, const QString& supplier);
-    /// One that is not there, and may be any of them under another code.
-    void ShowsUnknownSupplier(const QString& article);
+    /// One that is not there, and may be any of them under another code. @param ownCode his for the article
+    void ShowsUnknownSupplier(const QString& article, const QString& ownCode);
     void ShowsText(const QString& article, const QString& language);
     void ShowsLocation(const QString& article);
     /// The row is carried over.

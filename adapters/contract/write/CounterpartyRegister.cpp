@@ -1,5 +1,6 @@
 #include "adapters/contract/write/CounterpartyRegister.h"
 
+#include "adapters/contract/map/carrierCodes.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/bareName.h"
 #include "core/identifyingNumber.h"
@@ -434,6 +435,15 @@ QString CounterpartyRegister::NextCode() const {
     return SixDigits(number + 1);
 }
 
+/// The code that SYS_IMP has for a new one. What an import has written there is the code of a carrier, who may bear the
+/// code of a customer or supplier.
+QString CounterpartyRegister::ToldBySomebody(const SourceIdentity& source) const {
+    Session& session = m_run.GetSession();
+    const QString known = modImport::GetNewCode(session, source.table, source.field, source.code, false);
+    const bool mayBeAnothers = !known.isEmpty() && (source.roles.customer || source.roles.supplier);
+    return mayBeAnothers ? ToldCode(session, source.table, source.field, source.code) : known;
+}
+
 Placement CounterpartyRegister::Place(const SourceIdentity& source) const {
     QString known = FindByCode(source);
     if (known.isEmpty()) {
@@ -442,9 +452,7 @@ Placement CounterpartyRegister::Place(const SourceIdentity& source) const {
     if (!known.isEmpty()) {
         return {known, true};
     }
-    const QString told = source.told.isEmpty()
-                             ? modImport::GetNewCode(m_run.GetSession(), source.table, source.field, source.code, false)
-                             : source.told;
+    const QString told = source.told.isEmpty() ? ToldBySomebody(source) : source.told;
     bool isNumber = false;
     const qint64 number = (source.number.isEmpty() ? source.code : source.number).toLongLong(&isNumber);
     const bool keepsNumber = source.roles.customer && isNumber && number > 0 && number <= HighestCode;

@@ -123,6 +123,7 @@ public:
     /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
     /// digits are used up.
     QString NextCode() const;
+    QString ToldBySomebody(const SourceIdentity& source) const;
 
     /// Finds the counterparty of a source row, or assigns it a code: the one imported from the same code before; else
     /// the one with its VAT number or tax code; else a customer's numeric code where six digits hold it, or the highest

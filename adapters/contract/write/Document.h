@@ -118,13 +118,29 @@ struct DocumentRow {
     bool IsText() const { return article.isEmpty() && Amount() == 0; }
 };
 
-/// A row of a document that is there, found by what it is.
+/// What tells a row of a document that the source does not number.
 struct LikeRow {
     qint64 id = 0; ///< RECORD_ID; 0: none is like the one looked for
     int number = 0;
     QString article = {};
-    bool isCertain = true; ///< whether it is the same, or the only one of its article
+    QString text = {};
+    double quantity = 0;
+    double price = 0;
+    bool isSame = false; ///< whether article, text, quantity and price are those of the one looked for
 };
+
+/// The rows that an import has written to a document, and how they are compared.
+struct ImportedRows {
+    QList<LikeRow> rows = {}; ///< by number
+    double ofQuantity = 0;    ///< how far one may be from that of a row and is the same
+    double ofPrice = 0;
+    bool hasTexts = true; ///< whether the source has descriptions
+};
+/// The row that is most like one which the source does not number: of the same article and text, quantity and price,
+/// or place, as many of them as there are; of another article only where quantity and price are the same, with text or
+/// place. Where all of the first four are the same it is, whichever are blank. @param row as it would be written
+/// @param but rows that have been rewritten already
+LikeRow FindRowLike(const ImportedRows& all, const TargetRow& row, const QSet<qint64>& but);
 
 /// Rows that the source has of a document and that are not written.
 struct LeftOutRows {
@@ -169,10 +185,8 @@ public:
     /// somebody's own, as earlier releases wrote over those; not told: it is
     qint64 FindImportedRow(qint64 head, int number, const QSet<qint64>& but = {},
                            const std::optional<QString>& article = {}) const;
-    /// The row that an import has written to a head and that is most like one which the source does not number: of the
-    /// same article and text, quantity and price, or place, as many of them as there are; of another article only where
-    /// quantity and price are the same, with text or place. @param row as it would be written @param but as above
-    LikeRow FindRowLike(qint64 head, const TargetRow& row, const QSet<qint64>& but) const;
+    /// The rows that an import has written to a head, as it is now. @param lacking columns that the source lacks
+    ImportedRows RowsOfImports(qint64 head, const QStringList& lacking) const;
     /// The number for a new row of a head which the source does not number: its own, else the next free one by tens; 0
     /// where the source numbers none.
     int FreeNumber(qint64 head, int number) const;

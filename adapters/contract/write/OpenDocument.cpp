@@ -98,14 +98,17 @@ void OpenDocument::TellOther(const State& state, int number) const {
 
 /// The row that one without a number has become before, which keeps the number that it was given then: the place of a
 /// row is another one as soon as a row before it is delivered. A new one gets a number that no other has.
-qint64 OpenDocument::FindLike(const State& state, const DocumentRow& row, TargetRow& target) const {
-    const LikeRow like = m_writer.FindRowLike(state.id, target, state.written);
+qint64 OpenDocument::FindLike(State& state, const DocumentRow& row, TargetRow& target) const {
+    if (!state.before) {
+        state.before = m_writer.RowsOfImports(state.id, m_options.lackingOfRow);
+    }
+    const LikeRow like = FindRowLike(*state.before, target, state.written);
     if (like.id == 0) {
         target.Set("DRNUM", m_writer.FreeNumber(state.id, row.number));
         return 0;
     }
     target.Unset("DRNUM");
-    if (!like.isCertain) {
+    if (!like.isSame) {
         m_run.Log(QStringLiteral("RIGA SENZA NUMERO: %1: nessuna riga di %2 è proprio questa: riscritta la %3, '%4'")
                       .arg(m_run.RowKey(), NameOf(state.head), QString::number(like.number), like.article));
     }

@@ -70,6 +70,8 @@ private:
         DocumentHead head = {};
         bool wasThere = false;
         QSet<qint64> written = {}; ///< rows of a document that was there
+        /// Its rows before the first that the source does not number; none before that.
+        std::optional<ImportedRows> before = {};
     };
     struct LeftOut {
         QString key = {};
@@ -79,7 +81,7 @@ private:
     State Write(const QString& key, const Head& head, qint64 known);
     RowOutcome SkipUnwritten(const State& state) const;
     void TellOther(const State& state, int number) const;
-    qint64 FindLike(const State& state, const DocumentRow& row, TargetRow& target) const;
+    qint64 FindLike(State& state, const DocumentRow& row, TargetRow& target) const;
     RowOutcome WriteRow(State& state, const DocumentRow& row, const More& more, qint64* id) const;
 
     ImportRun& m_run;

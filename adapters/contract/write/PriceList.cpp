@@ -5,6 +5,7 @@
 #include "adapters/contract/write/noLongerThere.h"
 #include "adapters/contract/write/scaleRows.h"
 #include "core/amounts.h"
+#include "core/italianText.h"
 #include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
@@ -42,7 +43,7 @@ bool IsSameNumber(const QVariant& one, const QVariant& other) {
 
 QString DayText(const QVariant& day) {
     const auto moment = mod_ovTools::ReadDate(day);
-    return moment ? moment->toString(QStringLiteral("dd/MM/yyyy")) : QStringLiteral("aperta");
+    return moment ? italian::DayText(moment->date()) : QStringLiteral("aperta");
 }
 
 } // namespace

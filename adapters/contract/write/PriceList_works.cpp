@@ -3,6 +3,7 @@
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/write/noLongerThere.h"
 #include "adapters/contract/write/scaleRows.h"
+#include "core/italianText.h"
 #include "core/schemaDefaults.h"
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
@@ -176,7 +177,7 @@ void PriceListWriter::TellWorkGone(const QString& article, const QString& suppli
     m_run.Log(
         QStringLiteral("PREZZO TOLTO: lavorazione dell'articolo '%1', fornitore '%2', dal %3: l'origine non ha più "
                        "%4")
-            .arg(article, supplier, from.toString(QStringLiteral("dd/MM/yyyy")), which));
+            .arg(article, supplier, italian::DayText(from), which));
 }
 
 } // namespace contract

@@ -129,13 +129,13 @@ KnownFormat FindFormat(ImportRun& run, const QString& externalCode, const std::f
     return formats.empty() ? KnownFormat() : formats.front();
 }
 
-void TellFormerFormats(ImportRun& run, const SheetFormat& format) {
+void TellFormerOffcuts(ImportRun& run, const SheetFormat& format) {
     Session& session = run.GetSession();
     QStringList former;
-    Recordset found =
-        session.Quadrix.ExecuteWC(QStringLiteral("SELECT CDART, CDFMT, LMEXT FROM ") + run.FullName(FormatTable) +
-                                  QStringLiteral(" WHERE ") + Equals(session, "LMEXT", format.external) +
-                                  QStringLiteral(" AND ") + OfImports(session) + QStringLiteral(" ORDER BY RECORD_ID"));
+    Recordset found = session.Quadrix.ExecuteWC(
+        QStringLiteral("SELECT CDART, CDFMT, LMEXT FROM ") + run.FullName(FormatTable) + QStringLiteral(" WHERE ") +
+        Equals(session, "LMEXT", format.external) + QStringLiteral(" AND LMSFR > '' AND ") + OfImports(session) +
+        QStringLiteral(" ORDER BY RECORD_ID"));
     for (const SourceRow row(found); StepToCode(found, "LMEXT", format.external); found.MoveNext()) {
         if (!IsSameCode(row.Text("CDART"), format.article)) {
             former.append(QStringLiteral("'%1' di '%2'").arg(row.Text("CDFMT"), row.Text("CDART")));

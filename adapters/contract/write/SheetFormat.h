@@ -52,8 +52,8 @@ struct KnownFormat {
 /// The format that has a code of the source; with an empty article when there is none. Of several the one of the sheet
 /// that the source tells now, else the first. @param sheet gives that sheet's CDART; asked where there are several
 KnownFormat FindFormat(ImportRun& run, const QString& externalCode, const std::function<QString()>& sheet = {});
-/// Tells which formats of other articles earlier imports have written for the code of the source that a format has: it
-/// is of this one's article now, and they stay.
-void TellFormerFormats(ImportRun& run, const SheetFormat& format);
+/// Tells which offcuts of other articles earlier imports have written for the code of the source that an offcut has: it
+/// is of this one's article now, and they stay. A format that is no offcut is what the product of that code is itself.
+void TellFormerOffcuts(ImportRun& run, const SheetFormat& format);
 
 } // namespace contract

@@ -10,6 +10,7 @@
 
 #include "adapters/contract/map/codeRules.h"
 #include "adapters/sourceSettings.h"
+#include "core/italianText.h"
 
 using namespace contract;
 using namespace contract::rules;
@@ -44,7 +45,7 @@ Rule BranchNote() {
                 if (end.isNull()) {
                     return note;
                 }
-                const QString ended = QStringLiteral("Non più in uso dal ") + end.toDate().toString(u"dd/MM/yyyy");
+                const QString ended = QStringLiteral("Non più in uso dal ") + italian::DayText(end.toDate());
                 return note.isEmpty() ? ended : note + QStringLiteral(". ") + ended;
             }};
 }

@@ -2,6 +2,7 @@
 
 #include "adapters/origins/Arca2000/modImport_Arca2000.h"
 
+#include "adapters/contract/map/emptyDays.h"
 #include "adapters/contract/map/joinedParty.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/map/Mapping.h"
@@ -160,7 +161,7 @@ void WritePrices(ImportRun& run, const ArticleWriter& writer, PriceListWriter& l
         lists.Work({.work = modImport::GetNewCode(session, "LIS_LAV", "CDLAV", sourceCode, false),
                     .article = article,
                     .supplier = LookUp(session, "CON_TRO", "COFGE", counterparty, "CDCON"),
-                    .validity = {line.Value("datainizio"), line.Value("datafine")},
+                    .validity = {line.Value("datainizio"), WithoutEmptyDay(DateOf(line, "datafine"))},
                     .scale = {line.Value("u_qta"), price, {discount, 0, 0}},
                     .created = line.Value("timestamp")});
         writer.Cost(history);
@@ -237,7 +238,8 @@ RowOutcome ImportPrezzo(ImportRun& run, PriceListWriter& writer, const SourceRow
     }
     const QString article = ArticleWriter(run).CodeOf("ART_ICO", "CDART", row.Text("codicearti"));
     IsImported(run, article); // which tells one that is not; its price may come before it
-    const qint64 articleRow = writer.Article(list.head, article, {row.Value("datainizio"), row.Value("datafine")});
+    const qint64 articleRow =
+        writer.Article(list.head, article, {row.Value("datainizio"), WithoutEmptyDay(DateOf(row, "datafine"))});
     return writer.AddScale(articleRow, scale);
 }
 

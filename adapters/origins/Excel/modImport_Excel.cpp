@@ -231,6 +231,13 @@ Procedure ImportClientiExcel() {
 
 // --- Articles -----------------------------------------------------------------------------------------------------
 
+/// The mark of an article of another class is somebody's own.
+Rule MarksTube() {
+    return {"vero per \"TB\"; niente per ogni altra", [](const RuleInput& input) -> RuleValue {
+                return input.Text().compare(u"TB", Qt::CaseInsensitive) == 0 ? RuleValue(true) : RuleValue();
+            }};
+}
+
 Procedure ImportArticoliExcel() {
     const Beyond beyond{"ART_ICO", Attribute};
     const Articles articles{
@@ -248,7 +255,7 @@ Procedure ImportArticoliExcel() {
                 {"ARIVA", "ARIVA", VatCode(Codes, "ARIVA")},
                 {"ARCLA", "ARCLA", NotBlank(FirstUpper(10))},
                 {"ARLAM", "ARCLA", WithDefault(Is("LM"))},
-                {"ARTUB", "ARCLA", NotBlank(Is("TB"))},
+                {"ARTUB", "ARCLA", MarksTube()},
                 {"ARFAM", "ARFAM", CodeOf("ARFAM", "FAM_PRO")},
                 {"ARMAT", "ARMAT", CodeOf("ARMAT", "TAB_MAT")},
                 {"ARCOS", "ARCOS", RoundedTo(6)},

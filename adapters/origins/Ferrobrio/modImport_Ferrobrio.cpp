@@ -20,6 +20,8 @@
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
+#include <cmath>
+
 using namespace contract;
 using namespace contract::rules;
 
@@ -97,8 +99,10 @@ RowOutcome ImportMateriale(ImportRun& run, const SourceRow& row) {
 /// A sheet with its material.
 struct Sheet {
     QString oldCode;
-    QString code; ///< the new one; empty when neither the source has one nor material and thickness make one
+    QString before; ///< the article that an import has made of it; empty when none has
+    QString code;   ///< the new one; empty when neither the source has one nor material and thickness make one
     QString material;
+    QString ownMaterial; ///< as the source calls it
     QString family;
     double density = 0; ///< kg/dm3
     qdxProduction::SheetSize size = {};
@@ -108,7 +112,9 @@ Sheet SheetOf(ImportRun& run, const SourceRow& row) {
     Session& session = run.GetSession();
     Sheet sheet;
     sheet.oldCode = row.Text("CodLamiera");
-    sheet.material = MaterialOf(session, row.Text("CodMateriale"));
+    sheet.before = modImport::GetNewCode(session, "ART_ICO", "CDART", sheet.oldCode, false);
+    sheet.ownMaterial = row.Text("CodMateriale");
+    sheet.material = MaterialOf(session, sheet.ownMaterial);
     sheet.size = {NumberOf(row, "Lunghezza"), NumberOf(row, "Larghezza"), NumberOf(row, "Spessore")};
     sheet.family = row.Text("Famiglia");
     sheet.density = NumberOf(row, "PesoSpecifico");
@@ -140,32 +146,54 @@ void SetSheet(Session& session, const Sheet& sheet, TargetRow& article) {
 
 /// The article that an import has made of the sheet gets the codes that it lacks. It keeps its own: a material that has
 /// been translated since would make another one.
-RowOutcome FillArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet) {
+RowOutcome FillArticle(ImportRun& run, const Sheet& sheet) {
     Session& session = run.GetSession();
-    const QString before = modImport::GetNewCode(session, "ART_ICO", "CDART", sheet.oldCode, false);
-    const MissingCodes missing(run, "ART_ICO", {before.isEmpty() ? sheet.code : before});
+    const MissingCodes missing(run, "ART_ICO", {sheet.before.isEmpty() ? sheet.code : sheet.before});
     if (!missing.IsThere()) {
         return SkipGone(run);
     }
     TargetRow given(run, "ART_ICO");
     SetSheet(session, sheet, given);
     TargetRow target(run, "ART_ICO");
-    missing.Take(given, {}, target, {{"ARMAT", {CutMaterial(row.Text("CodMateriale"))}}});
+    missing.Take(given, {}, target, {{"ARMAT", {CutMaterial(sheet.ownMaterial)}}});
     return missing.Write(target);
 }
 
-/// The sheet with the code that an import has given its article before, where another follows from its material or
-/// code now: what hangs on the article, and its stock, would come twice.
-Sheet WithCodeOfBefore(ImportRun& run, Sheet sheet) {
+/// Whether a material of Quadrix is that of the source: translated, not translated yet, or translated otherwise before.
+bool IsMaterialOf(Session& session, const QString& material, const Sheet& sheet) {
+    return IsSameCode(material, sheet.material) || IsSameCode(material, CutMaterial(sheet.ownMaterial)) ||
+           (!sheet.ownMaterial.isEmpty() &&
+            IdWhere(session, "TAB_MAT",
+                    Equals(session, "CDMAT", material) + " AND " + Equals(session, "MAEXT", sheet.ownMaterial)) != 0);
+}
+
+/// Whether there is an article of the material and the thickness of a sheet.
+bool IsThereForSheet(ImportRun& run, const QString& article, const Sheet& sheet) {
+    static constexpr double sameThickness = 0.001; // mm; columns keep more or fewer digits
     Session& session = run.GetSession();
-    const QString before = modImport::GetNewCode(session, "ART_ICO", "CDART", sheet.oldCode, false);
-    const auto is = [&before](const QString& code) { return before.compare(code, Qt::CaseInsensitive) == 0; };
-    if (is(sheet.code) || is(sheet.oldCode) || before.isEmpty() || !IsThere(session, "ART_ICO", "CDART", before)) {
+    Recordset found = session.Quadrix.ExecuteWC("SELECT ARMAT, ARDMZ FROM " + run.FullName("ART_ICO") + " WHERE " +
+                                                Equals(session, "CDART", article));
+    if (found.Eof()) {
+        return false;
+    }
+    const SourceRow row(found);
+    const QString material = row.Text("ARMAT");
+    const double thickness = mod_ovTools::ToDouble(row.Value("ARDMZ"));
+    found.Close();
+    return std::abs(thickness - sheet.size.thickness) < sameThickness && IsMaterialOf(session, material, sheet);
+}
+
+/// The sheet with the code that an import has given its article before, where another follows from the translation of
+/// its material or from its own code now: what hangs on the article, and its stock, would come twice. A sheet of
+/// another material or thickness is another article: other sheets may share that of before.
+Sheet WithCodeOfBefore(ImportRun& run, Sheet sheet) {
+    const auto was = [&sheet](const QString& code) { return sheet.before.compare(code, Qt::CaseInsensitive) == 0; };
+    if (sheet.before.isEmpty() || was(sheet.code) || was(sheet.oldCode) || !IsThereForSheet(run, sheet.before, sheet)) {
         return sheet;
     }
     run.Log(QStringLiteral("LAMIERA NON RICODIFICATA: %1: '%2' è già l'articolo '%3', e non diventa '%4'")
-                .arg(run.RowKey(), sheet.oldCode, before, sheet.code));
-    sheet.code = before;
+                .arg(run.RowKey(), sheet.oldCode, sheet.before, sheet.code));
+    sheet.code = sheet.before;
     return sheet;
 }
 
@@ -192,26 +220,33 @@ RowOutcome WriteArticle(ImportRun& run, const SourceRow& row, const Sheet& sheet
     return RowOutcome::Updated;
 }
 
-/// Takes the code of the source off the formats that it has had with other measures: stock would still find them.
-void LeaveFormats(ImportRun& run, const SheetFormat& format) {
+/// Takes the code of the source off the formats that it has had with other measures, or of the article that it was
+/// before: stock would still find them.
+void LeaveFormats(ImportRun& run, const SheetFormat& format, const QString& before) {
+    struct Format {
+        qint64 id;
+        QString name; ///< for the log
+    };
     Session& session = run.GetSession();
-    std::vector<std::pair<qint64, QString>> others;
-    Recordset rows = session.Quadrix.ExecuteWC("SELECT RECORD_ID, CDFMT FROM " + run.FullName("ART_FMT") + " WHERE " +
-                                               Equals(session, "CDART", format.article) + " AND " +
-                                               Equals(session, "LMEXT", format.external) + " AND " +
-                                               OfImports(session) + " ORDER BY RECORD_ID");
+    std::vector<Format> others;
+    Recordset rows = session.Quadrix.ExecuteWC(
+        "SELECT RECORD_ID, CDART, CDFMT FROM " + run.FullName("ART_FMT") + " WHERE (" +
+        Equals(session, "CDART", format.article) + " OR " + Equals(session, "CDART", before) + ") AND " +
+        Equals(session, "LMEXT", format.external) + " AND " + OfImports(session) + " ORDER BY RECORD_ID");
     for (const SourceRow row(rows); !rows.Eof(); rows.MoveNext()) {
-        if (!IsSameCode(row.Text("CDFMT"), format.code)) {
-            others.emplace_back(row.Value("RECORD_ID").toLongLong(), row.Text("CDFMT"));
+        const QString article = row.Text("CDART");
+        const QString code = row.Text("CDFMT");
+        if (!IsSameCode(article, format.article) || !IsSameCode(code, format.code)) {
+            others.push_back({row.Value("RECORD_ID").toLongLong(), QStringLiteral("'%1' di '%2'").arg(code, article)});
         }
     }
     rows.Close();
-    for (const auto& [id, code] : others) {
+    for (const auto& [id, name] : others) {
         TargetRow other(run, "ART_FMT");
         other.Set("LMEXT", QVariant());
         other.Update("WHERE " + Equals("RECORD_ID", id));
-        run.Log(QStringLiteral("FORMATO LASCIATO: %1: '%2' era il formato '%3' di '%4', ora è '%5'")
-                    .arg(run.RowKey(), format.external, code, format.article, format.code));
+        run.Log(QStringLiteral("FORMATO LASCIATO: %1: '%2' era il formato %3, ora è '%4' di '%5'")
+                    .arg(run.RowKey(), format.external, name, format.code, format.article));
     }
 }
 
@@ -234,7 +269,7 @@ void WriteFormat(ImportRun& run, const Sheet& sheet) {
         return source.ExecuteCommand("SELECT COUNT(*) FROM Lamiere\rWHERE CodLamiera = " + LiteralOf(source, code)) !=
                0;
     });
-    LeaveFormats(run, format);
+    LeaveFormats(run, format, sheet.before);
     WriteSheetFormat(run, format);
 }
 
@@ -246,7 +281,7 @@ RowOutcome ImportLamiera(ImportRun& run, const SourceRow& row) {
         return run.Skip("lamiera senza materiale o spessore");
     }
     if (FillsCodes(run)) {
-        return FillArticle(run, row, sheet);
+        return FillArticle(run, sheet);
     }
     sheet = WithCodeOfBefore(run, sheet);
     const RowOutcome outcome = WriteArticle(run, row, sheet);

@@ -6,6 +6,7 @@
 #include "adapters/origins/GammaSqlServer/modImport_GammaSqlServer.h"
 
 #include "adapters/contract/kinds/childRules.h"
+#include "adapters/contract/map/emptyDays.h"
 #include "core/schemaDefaults.h"
 
 using namespace contract;
@@ -72,7 +73,7 @@ void SetPrice(ImportRun& run, const SourceRow& row, TargetRow& article) {
     std::optional<HeldPrice> best;
     FirstListPrices().ForEach(session, row, [&](const SourceRow& price) {
         const QVariant begin = from.Day(session, price);
-        const QVariant end = to.Day(session, price);
+        const QVariant end = WithoutEmptyDay(to.Day(session, price));
         const bool holds = (begin.isNull() || begin.toDate() <= today) && (end.isNull() || end.toDate() >= today);
         const double quantity = NumberOf(price, "LI10_QTA");
         const HeldPrice own{quantity <= 1 ? 0 : quantity, begin.toDate(), RoundedTo(NumberOf(price, "LI10_PREZZO"), 6)};

@@ -11,6 +11,7 @@
 #include "adapters/contract/write/Article.h"
 #include "adapters/contract/write/missingCodes.h"
 #include "adapters/contract/write/noLongerThere.h"
+#include "core/italianText.h"
 #include "core/modImport.h"
 #include "core/schemaDefaults.h"
 #include "sql/mod_ovTools.h"
@@ -301,7 +302,7 @@ void OrderImporter::TellOrdersLeft() {
             TellNotMetAgain(m_run, QStringLiteral("ORDINI DI PRODUZIONE"),
                             QStringLiteral("%1'%2' del %3, quantità %4")
                                 .arg(code.isEmpty() ? QString() : code + QStringLiteral(" di "), row.Text("DBART"),
-                                     row.Value("OPDAT").toDate().toString(QStringLiteral("dd/MM/yyyy")),
+                                     italian::DayText(row.Value("OPDAT").toDate()),
                                      mod_ovTools::NumberText(NumberOf(row, "OPQTA"))),
                             1);
         }

@@ -84,7 +84,7 @@ RowOutcome ImportRitaglio(ImportRun& run, StockWriter& stock, const SourceRow& r
     format.external = product;
     qint64 id = 0;
     const RowOutcome outcome = WriteSheetFormat(run, format, &id);
-    TellFormerFormats(run, format);
+    TellFormerOffcuts(run, format);
     qdxAggiornaImmagineRitagli(run, id, product);
     StockLine line;
     line.warehouse = schema::defaults::Warehouse;

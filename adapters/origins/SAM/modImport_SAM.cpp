@@ -96,19 +96,27 @@ PartyColumns ColumnsOf(const RoleTable& role) {
 /// keeps the counterparty that it has become.
 Rule SamePerson(const RoleTable& role, const RoleTable& other) {
     const ChildTable rows{.table = other.table, .on = {{"IdPersona"}}, .order = other.code};
-    return {QStringLiteral("controparte importata dalla riga della persona in %1, se %2 non ne ha già una; niente se "
-                           "manca")
+    const ChildTable own{.table = role.table, .on = {{"IdPersona"}}, .order = role.code};
+    return {QStringLiteral("controparte importata dalla riga della persona in %1, se %2 non ne ha già una e quella non "
+                           "è di un altro %2 della persona; niente se manca")
                 .arg(other.table, role.code),
-            [rows, role, other](const RuleInput& input) -> RuleValue {
+            [rows, own, role, other](const RuleInput& input) -> RuleValue {
                 const auto partyOf = [&input](const RoleTable& table, const QString& code) {
                     return code.isEmpty() ? code : LookUp(input.session, "CON_TRO", table.target, code, "CDCON");
                 };
                 if (!partyOf(role, input.row.Text(role.code)).isEmpty()) {
                     return RuleValue();
                 }
+                QStringList codes;
+                own.ForEach(input.session, input.row, [&](const SourceRow& row) { codes.append(row.Text(role.code)); });
+                const auto isTaken = [&](const QString& party) {
+                    const QString code = LookUp(input.session, "CON_TRO", "CDCON", party, role.target);
+                    return !code.isEmpty() && codes.contains(code, Qt::CaseInsensitive);
+                };
                 QString party;
                 rows.ForEach(input.session, input.row, [&](const SourceRow& row) {
-                    party = party.isEmpty() ? partyOf(other, row.Text(other.code)) : party;
+                    const QString found = party.isEmpty() ? partyOf(other, row.Text(other.code)) : QString();
+                    party = found.isEmpty() || isTaken(found) ? party : found;
                 });
                 return party.isEmpty() ? RuleValue() : RuleValue(party);
             },

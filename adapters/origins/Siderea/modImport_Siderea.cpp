@@ -77,14 +77,14 @@ Rule NameOfParty() {
 int NumberByPlace(const RuleInput& input) {
     constexpr int step = 10;
     const qint64 own = input.row.Value(RowNumber).toLongLong();
-    QSet<int> taken;
+    QSet<double> taken;
     std::vector<int> places; // of the rows without a number, to this one
     int place = 0;
     OfOrder.ForEach(input.session, input.row, [&](const SourceRow& row) {
         ++place;
         const double number = mod_ovTools::ReadNumber(row.Value(input.columns.first())).value_or(0);
         if (number > 0) {
-            taken.insert(static_cast<int>(number));
+            taken.insert(number);
         } else if (row.Value(RowNumber).toLongLong() <= own) {
             places.push_back(place);
         }

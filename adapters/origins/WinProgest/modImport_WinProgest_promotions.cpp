@@ -1,6 +1,7 @@
 // WinProgest: promotions. Heads stand in PROMO, discounts in PROMOR.
 
 #include "adapters/contract/kinds/ImportTable.h"
+#include "adapters/contract/map/emptyDays.h"
 #include "adapters/contract/map/lookups.h"
 #include "adapters/contract/run/TargetRow.h"
 #include "adapters/contract/run/tiedRows.h"
@@ -39,7 +40,7 @@ Rule ValidToday() {
             [](const RuleInput& input) -> RuleValue {
                 const QDate today = input.session.UserManager.DataElaborazione;
                 const auto day = [&input](qsizetype column, const QDate& open) {
-                    const QVariant value = DateOf(input.row, input.columns.at(column));
+                    const QVariant value = WithoutEmptyDay(DateOf(input.row, input.columns.at(column)));
                     return value.isNull() ? open : value.toDate();
                 };
                 return day(0, today) <= today && today <= day(1, today);
