@@ -67,6 +67,7 @@ struct ColumnBounds {
     QString type;            ///< in the database's own words, e.g. "decimal(12,2)"
     int length = 0;          ///< characters of a text at the most; 0: nothing is known of that
     bool isRounding = false; ///< a number keeps fewer digits than a double has
+    int decimals = -1;       ///< of a number that keeps a fixed number of them; -1: of another
     double largest = 0;      ///< the largest whole number; 0: nothing is known of that
     bool isDemanded = false; ///< no row goes without it: it may not be Null, and nothing but the INSERT gives a value
 };

@@ -59,14 +59,18 @@ void TakeNumber(ColumnBounds& bounds, const WrittenType& type) {
     const auto* whole = std::find_if(std::begin(WholeTypes), std::end(WholeTypes),
                                      [&type](const WholeType& each) { return type.word == QLatin1String(each.word); });
     const bool isExact = IsOneOf(type.word, {"decimal", "numeric", "number"}) && type.first;
+    constexpr int decimalsOfMoney = 4;
     if (whole != std::end(WholeTypes)) {
         const bool isOfBits = type.word == u"bit" && type.first;
         bounds.largest = isOfBits ? std::pow(2.0, *type.first) - 1 : whole->largest;
+        bounds.decimals = 0;
     } else if (isExact) {
+        bounds.decimals = std::max(type.second.value_or(0), 0);
         bounds.largest = OfDigits(*type.first - type.second.value_or(0));
+    } else if (IsOneOf(type.word, {"money", "smallmoney"})) {
+        bounds.decimals = decimalsOfMoney;
     }
-    bounds.isRounding =
-        whole != std::end(WholeTypes) || isExact || IsOneOf(type.word, {"money", "smallmoney"}) || IsShortFloat(type);
+    bounds.isRounding = bounds.decimals >= 0 || IsShortFloat(type);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "sql/engines/serverLocks.h"
 
 #include "sql/errors.h"
-#include "sql/text/textLiteral.h"
+#include "sql/text/catalogLiteral.h"
 
 #include <QCryptographicHash>
 #include <QScopeGuard>
@@ -21,9 +21,10 @@ QString ServerLocks::Name(const QString& name) {
     }
     const QString whole = m_prefix + name;
     if (whole.size() <= m_words.longestName) {
-        return TextLiteral(whole);
+        return CatalogLiteral(whole);
     }
-    return TextLiteral(QString::fromLatin1(QCryptographicHash::hash(whole.toUtf8(), QCryptographicHash::Sha1).toHex()));
+    return CatalogLiteral(
+        QString::fromLatin1(QCryptographicHash::hash(whole.toUtf8(), QCryptographicHash::Sha1).toHex()));
 }
 
 /// First value of a query as a text; empty when it gives none or Null.
@@ -69,7 +70,7 @@ QString ServerLocks::Holder(const QString& name) {
     const QString owner = m_words.owner.isEmpty() ? QString() : First(m_words.owner.arg(Name(name)));
     QString query = QStringLiteral("SELECT HOLDER FROM QDX_LOCKS WHERE NAME = ") + Name(name);
     if (!owner.isEmpty()) {
-        query += QStringLiteral(" AND OWNER = ") + TextLiteral(owner);
+        query += QStringLiteral(" AND OWNER = ") + CatalogLiteral(owner);
     }
     QString holder;
     try {
@@ -134,7 +135,7 @@ void ServerLocks::Note(const QString& name, const QString& holder) noexcept {
     Try(m_words.makeNotes);
     Try(QStringLiteral("DELETE FROM QDX_LOCKS WHERE NAME = ") + Name(name));
     Try(QStringLiteral("INSERT INTO QDX_LOCKS (NAME, OWNER, HOLDER) VALUES (%1, %2, %3)")
-            .arg(Name(name), TextLiteral(m_number), TextLiteral(holder.left(Longest))));
+            .arg(Name(name), CatalogLiteral(m_number), CatalogLiteral(holder.left(Longest))));
 }
 
 /// The table goes with the last note; those of programs that were killed go too. A note that another program writes in

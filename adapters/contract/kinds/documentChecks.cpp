@@ -71,12 +71,15 @@ void DocumentChecks::TellUnjoined() const {
     }
     namesOfRow += rows.order.split(QStringLiteral(", "), Qt::SkipEmptyParts);
     // A column that may be blank does not tell that the other row is not there.
-    const Tie& told = *std::ranges::find(rows.on, false, &Tie::tiesNulls);
+    const auto told = std::ranges::find(rows.on, false, &Tie::tiesNulls);
+    if (told == rows.on.end()) {
+        return;
+    }
     const QString both = QStringLiteral(" AND ");
-    TellUnmatched(m_run, {rows.table, heads, fromRows.join(both), told.Other(),
+    TellUnmatched(m_run, {rows.table, heads, fromRows.join(both), told->Other(),
                           QString(m_kind.rowCondition).replace("J1.", "L."), Unqualified(namesOfRow)});
     if (m_kind.declared.reading == Reading::Joined) { // else each head is read, whatever rows it has
-        TellUnmatched(m_run, {heads, rows.table, fromHeads.join(both), told.column,
+        TellUnmatched(m_run, {heads, rows.table, fromHeads.join(both), told->column,
                               QString(m_kind.headCondition).replace("T.", "L."), Unqualified(m_kind.ties)});
     }
 }

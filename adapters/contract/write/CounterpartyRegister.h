@@ -123,7 +123,6 @@ public:
     /// The highest code present plus one, six digits. Raises `ImportError` when the highest is no number or the six
     /// digits are used up.
     QString NextCode() const;
-    QString ToldBySomebody(const SourceIdentity& source) const;
 
     /// Finds the counterparty of a source row, or assigns it a code: the one imported from the same code before; else
     /// the one with its VAT number or tax code; else a customer's numeric code where six digits hold it, or the highest
@@ -175,6 +174,7 @@ private:
     void RememberNumbers(const SourceIdentity& source, const QString& code) const;
     std::optional<Party> Find(const QString& code) const;
     QString OfAnother(const SourceIdentity& source, const Party& party) const;
+    QString ToldBySomebody(const SourceIdentity& source) const;
     std::optional<Placement> Take(const SourceIdentity& source, const QString& code, TakenCode usual) const;
     Placement TakeNext(const SourceIdentity& source, const QString& taken) const;
     QString Replaced(const SourceIdentity& source, const Party& party) const;

@@ -5,6 +5,7 @@
 #include "sql/codeAsked.h"
 #include "sql/mod_ovTools.h"
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -21,12 +22,10 @@ constexpr int Same = SameArticle + SameText + SameAmounts;
 /// How far a number may be from the one that a column keeps of it: half a unit of its last digit.
 double ToleranceOf(const ColumnBounds& column) {
     constexpr int most = 6; // decimals of quantities and prices
-    constexpr int ofMoney = 4;
+    constexpr int ofShortFloat = 4;
     constexpr double noise = 1.001;
-    const QString scale = column.type.section(u',', 1).section(u')', 0, 0).trimmed();
-    const int ofType = column.type.contains(QLatin1String("int"), Qt::CaseInsensitive) ? 0 : ofMoney;
-    const int decimals = scale.isEmpty() ? ofType : scale.toInt();
-    return std::pow(10, -(column.isRounding ? decimals : most)) / 2 * noise;
+    const int decimals = column.decimals >= 0 ? column.decimals : column.isRounding ? ofShortFloat : most;
+    return std::pow(10, -std::min(decimals, most)) / 2 * noise;
 }
 
 /// What the columns of a table of rows keep of quantities and prices, asked once in a run.

@@ -4,7 +4,7 @@
 #include "sql/engines/mysql/mySqlRights.h"
 #include "sql/engines/mysql/mySqlTriggers.h"
 #include "sql/errors.h"
-#include "sql/text/textLiteral.h"
+#include "sql/text/catalogLiteral.h"
 
 #include <QVersionNumber>
 
@@ -28,7 +28,7 @@ bool MayBeFilled(Engine& engine, const QString& table) {
            Answer(engine, QStringLiteral("SELECT COUNT(*) FROM information_schema.TRIGGERS WHERE TRIGGER_SCHEMA = "
                                          "DATABASE() AND EVENT_MANIPULATION = 'INSERT' AND ACTION_TIMING = 'BEFORE' "
                                          "AND EVENT_OBJECT_TABLE = ") +
-                              TextLiteral(table)) != QLatin1String("0");
+                              CatalogLiteral(table)) != QLatin1String("0");
 }
 
 /// A column as SHOW COLUMNS has it. An ENUM takes its first value where it has no default.

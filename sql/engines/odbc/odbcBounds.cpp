@@ -1,6 +1,7 @@
 #include "sql/engines/odbc/odbcBounds.h"
 
 #include "sql/engines/columnBounds.h"
+#include "sql/text/catalogLiteral.h"
 
 namespace odbc {
 
@@ -13,7 +14,7 @@ const QString OfSqlServer = QStringLiteral(
     "CASE WHEN C.is_nullable = 0 AND C.default_object_id = 0 AND C.is_identity = 0 AND C.is_computed = 0 "
     "AND C.system_type_id <> 189 AND COALESCE(COLUMNPROPERTY(C.object_id, C.name, 'GeneratedAlwaysType'), 0) = 0 "
     "THEN 1 ELSE 0 END "
-    "FROM sys.columns AS C WHERE C.object_id = OBJECT_ID(N'%1') ORDER BY C.column_id");
+    "FROM sys.columns AS C WHERE C.object_id = OBJECT_ID(N%1) ORDER BY C.column_id");
 
 /// What Oracle numbers or computes has a default; a trigger may give a value to any column.
 const QString OfOracle = QStringLiteral(
@@ -21,7 +22,7 @@ const QString OfOracle = QStringLiteral(
     "CASE WHEN C.NULLABLE = 'N' AND C.DEFAULT_LENGTH IS NULL AND NOT EXISTS (SELECT 1 FROM USER_TRIGGERS T "
     "WHERE T.TABLE_NAME = C.TABLE_NAME AND T.TRIGGER_TYPE LIKE 'BEFORE%' AND T.TRIGGERING_EVENT LIKE '%INSERT%') "
     "THEN 1 ELSE 0 END "
-    "FROM USER_TAB_COLUMNS C WHERE C.TABLE_NAME = UPPER('%1') ORDER BY C.COLUMN_ID");
+    "FROM USER_TAB_COLUMNS C WHERE C.TABLE_NAME = UPPER(%1) ORDER BY C.COLUMN_ID");
 
 /// A type with its sizes, as it is written: "decimal(12,2)". Those of other types say nothing.
 QString Written(const QString& word, const QVariant& length, const QVariant& digits, const QVariant& decimals) {
@@ -40,10 +41,8 @@ QString Written(const QString& word, const QVariant& length, const QVariant& dig
 } // namespace
 
 QString BoundsQuery(Dbms dbms, const QString& table) {
-    QString literal = table;
-    literal.replace(u'\'', QLatin1String("''"));
     QString query = dbms == Dbms::SqlServer ? OfSqlServer : dbms == Dbms::Oracle ? OfOracle : QString();
-    return query.replace(QLatin1String("%1"), literal);
+    return query.replace(QLatin1String("%1"), CatalogLiteral(table));
 }
 
 QVector<ColumnBounds> BoundsFrom(Cursor& rows) {

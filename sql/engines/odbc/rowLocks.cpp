@@ -1,7 +1,7 @@
 #include "sql/engines/odbc/rowLocks.h"
 
 #include "sql/errors.h"
-#include "sql/text/textLiteral.h"
+#include "sql/text/catalogLiteral.h"
 
 namespace {
 
@@ -86,7 +86,7 @@ bool RowLocks::Take(std::shared_ptr<OdbcConnection> connection, const QString& n
         return false;
     }
     Run(connection, QStringLiteral("UPDATE QDX_LOCKS SET HOLDER = %1 WHERE NAME = %2")
-                        .arg(TextLiteral(holder.left(Longest)), rowName));
+                        .arg(CatalogLiteral(holder.left(Longest)), rowName));
     connection->EndTransaction(true);
     if (LockRow(connection, rowName) != Row::Locked) {
         LeaveTransaction(connection);

@@ -4,7 +4,7 @@
 #include "sql/engines/sqlite/sqliteError.h"
 #include "sql/engines/sqlite/sqliteFile.h"
 #include "sql/errors.h"
-#include "sql/text/textLiteral.h"
+#include "sql/text/catalogLiteral.h"
 #include "sql/text/triggerText.h"
 
 #include <QRegularExpression>
@@ -88,7 +88,7 @@ public:
         const auto found = Query(QStringLiteral("SELECT type FROM pragma_table_info(%1) WHERE name = %2 COLLATE NOCASE "
                                                 "AND dflt_value IS NULL AND EXISTS (SELECT 1 FROM sqlite_master "
                                                 "WHERE type = 'table' AND name = %1 COLLATE NOCASE)")
-                                     .arg(TextLiteral(table), TextLiteral(column)));
+                                     .arg(CatalogLiteral(table), CatalogLiteral(column)));
         const QString type = found->Next() ? found->Value(0).toString() : QString();
         static const QRegularExpression ofTexts(QStringLiteral("CHAR|CLOB|TEXT"),
                                                 QRegularExpression::CaseInsensitiveOption);
@@ -134,8 +134,8 @@ public:
         if (Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = 'sqlite_stat1'")).isEmpty()) {
             Run(u"ANALYZE " + Quoted(table)); // makes the table of statistics
         }
-        Run(u"INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES (" + TextLiteral(table) + u", " + TextLiteral(index) +
-            u", " + TextLiteral(statistics) + u')');
+        Run(u"INSERT INTO sqlite_stat1 (tbl, idx, stat) VALUES (" + CatalogLiteral(table) + u", " +
+            CatalogLiteral(index) + u", " + CatalogLiteral(statistics) + u')');
         Run(QStringLiteral("ANALYZE sqlite_schema")); // reads it
     }
 
@@ -162,9 +162,9 @@ public:
 
     QString RestartStatement(const QString& table) override {
         const QString numbers = QStringLiteral("sqlite_sequence"); // there once a table has an identity column
-        return Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = ") + TextLiteral(numbers)).isEmpty()
+        return Texts(QStringLiteral("SELECT name FROM sqlite_master WHERE name = ") + CatalogLiteral(numbers)).isEmpty()
                    ? QString()
-                   : QString("DELETE FROM " + numbers + " WHERE name = " + TextLiteral(table) + " COLLATE NOCASE");
+                   : QString("DELETE FROM " + numbers + " WHERE name = " + CatalogLiteral(table) + " COLLATE NOCASE");
     }
 
 private:
@@ -228,7 +228,7 @@ private:
     void StoreTriggers(const QString& table) {
         const QString where =
             QStringLiteral(" FROM sqlite_master WHERE type = 'trigger' AND tbl_name = %1 COLLATE NOCASE")
-                .arg(TextLiteral(table));
+                .arg(CatalogLiteral(table));
         const QStringList names = Texts(QStringLiteral("SELECT name") + where);
         if (names.isEmpty()) {
             return;
@@ -247,7 +247,7 @@ private:
         if (Columns(QStringLiteral("QDX_TRIGGERS_OFF")).isEmpty()) {
             return;
         }
-        const QString where = QStringLiteral(" FROM QDX_TRIGGERS_OFF WHERE TBL = %1").arg(TextLiteral(table));
+        const QString where = QStringLiteral(" FROM QDX_TRIGGERS_OFF WHERE TBL = %1").arg(CatalogLiteral(table));
         const QStringList names = Texts(QStringLiteral("SELECT NAME") + where + QStringLiteral(" ORDER BY rowid"));
         const QStringList texts = Texts(QStringLiteral("SELECT DDL") + where + QStringLiteral(" ORDER BY rowid"));
         for (qsizetype i = 0; i < names.size(); ++i) {

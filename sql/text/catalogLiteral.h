@@ -3,4 +3,4 @@
 #include <QString>
 
 /// A text between single quotes, as the catalogues of every database take it.
-inline QString TextLiteral(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
+inline QString CatalogLiteral(QString text) { return u'\'' + text.replace(u'\'', QLatin1String("''")) + u'\''; }
